@@ -1,0 +1,24 @@
+# Compiler flags shared by every library, as interface targets.
+
+# Scores are single-precision by contract: no fused multiply-add may change a rounding.
+add_library(mertu_flags INTERFACE)
+target_include_directories(mertu_flags INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(mertu_flags INTERFACE -Wall -Wextra -Wshadow -Wformat=2 -ffp-contract=off)
+target_link_libraries(mertu_flags INTERFACE PkgConfig::GLIB)
+
+if(MERTU_CHECKED)
+  target_compile_options(mertu_flags INTERFACE -Werror -O1 -g1 -fno-omit-frame-pointer
+                         -fsanitize=address,undefined -fno-sanitize=vptr
+                         -fno-sanitize-recover=undefined)
+  target_link_options(mertu_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# The program's own code throws nothing and asks no type at run time.
+add_library(mertu_plain INTERFACE)
+target_compile_options(mertu_plain INTERFACE -fno-exceptions -fno-rtti)
+
+if(MERTU_GUI)
+  add_library(mertu_ui_flags INTERFACE)
+  target_compile_definitions(mertu_ui_flags INTERFACE GLIB_DISABLE_DEPRECATION_WARNINGS)
+  target_link_libraries(mertu_ui_flags INTERFACE PkgConfig::GTK PkgConfig::ALSA PkgConfig::SNDFILE)
+endif()

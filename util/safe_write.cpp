@@ -1,0 +1,123 @@
+// A file is replaced as a whole: written beside the old one, flushed, synced, renamed over it.
+#include "util/safe_write.h"
+
+#include <errno.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "util/report.h"
+
+namespace {
+
+const int MAX_LINKS = 40;
+
+std::string directory_of(const std::string &path) {
+  size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "" : path.substr(0, slash + 1);
+}
+
+std::string name_of(const std::string &path) {
+  size_t slash = path.rfind('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// The path that the chain of symbolic links at `path` ends in, whether or not a file stands there.
+std::string follow_links(std::string path) {
+  for (int i = 0; i < MAX_LINKS; i++) {
+    char target[4096];
+    ssize_t length = readlink(path.c_str(), target, sizeof(target));
+    if (length <= 0 || length == (ssize_t)sizeof(target))
+      break;
+    std::string link(target, (size_t)length);
+    path = link[0] == '/' ? link : directory_of(path) + link;
+  }
+  return path;
+}
+
+// Whether an old file forbids the writing; sets errno as opening it for writing would.
+bool may_replace(const std::string &path, struct stat *old, bool *exists) {
+  *exists = stat(path.c_str(), old) == 0;
+  if (!*exists)
+    return errno == ENOENT;
+  if (S_ISDIR(old->st_mode)) {
+    errno = EISDIR;
+    return false;
+  }
+  return access(path.c_str(), W_OK) == 0;
+}
+
+bool open_beside(Trf_new_file *file, const char *destination, const std::string &beside) {
+  file->destination = follow_links(destination);
+  struct stat old;
+  bool exists = false;
+  if (!may_replace(file->destination, &old, &exists))
+    return false;
+  file->beside = beside.empty()
+                     ? directory_of(file->destination) + ".new_" + name_of(file->destination)
+                     : directory_of(file->destination) + beside;
+  unlink(file->beside.c_str());
+  file->fp = fopen(file->beside.c_str(), "wx+b");
+  if (file->fp == nullptr)
+    return false;
+  if (exists && fchmod(fileno(file->fp), old.st_mode & 07777) != 0) {
+    int reason = errno;
+    DROP_NEW_FILE(file);
+    errno = reason;
+    return false;
+  }
+  return true;
+}
+
+int flush_sync_close(FILE *fp) {
+  int reason = 0;
+  if (ferror(fp))
+    reason = EIO;
+  if (fflush(fp) != 0)
+    reason = errno;
+  if (reason == 0 && fsync(fileno(fp)) != 0)
+    reason = errno;
+  if (fclose(fp) != 0 && reason == 0)
+    reason = errno;
+  return reason;
+}
+
+} // namespace
+
+Trf_new_file::~Trf_new_file() {
+  DROP_NEW_FILE(this);
+}
+
+bool OPEN_NEW_FILE(const char *destination, Trf_new_file *file) {
+  return open_beside(file, destination, "");
+}
+
+bool OPEN_NEW_FILE_AS(const char *destination, const char *beside, Trf_new_file *file) {
+  return open_beside(file, destination, beside);
+}
+
+int COMMIT_NEW_FILE(Trf_new_file *file) {
+  FILE *fp = file->fp;
+  file->fp = nullptr;
+  int reason = flush_sync_close(fp);
+  if (reason == 0 && rename(file->beside.c_str(), file->destination.c_str()) != 0)
+    reason = errno;
+  if (reason != 0)
+    unlink(file->beside.c_str());
+  return reason;
+}
+
+void DROP_NEW_FILE(Trf_new_file *file) {
+  if (file->fp == nullptr)
+    return;
+  fclose(file->fp);
+  file->fp = nullptr;
+  unlink(file->beside.c_str());
+}
+
+void COMMIT_OR_STOP(Trf_new_file *file, const char *name, FILE *fp_log) {
+  int reason = COMMIT_NEW_FILE(file);
+  if (reason != 0)
+    STOP_PROGRAM(fp_log, 1, "cannot write file %s: %s \n", name, strerror(reason));
+}
