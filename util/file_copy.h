@@ -1,0 +1,33 @@
+// A file copied byte for byte, and the back-up beside a file.
+//
+// A copy replaces its destination as a whole (util/safe_write): a copy that cannot be finished
+// leaves the old file and ends the program.
+#ifndef MERTU_UTIL_FILE_COPY_H
+#define MERTU_UTIL_FILE_COPY_H
+
+#include "util/owned.h"
+
+// What stands before the name of a back-up.
+const char BACK_UP_PREFIX[] = "cpy_";
+
+// Copies a file. Returns 0, 1 when the source cannot be opened for reading (a directory counts as
+// such), 2 when the destination cannot be opened for writing.
+// Ends the program: status 1, "cannot read file " or "cannot write file " (with the log of
+// SAVED_LOG) when reading or writing fails after that; the old destination then stands.
+int copier_fichier(const char *source, const char *destination);
+
+// Copies the file to its back-up, "cpy_" before its name in its own directory ("IDX1/idx1_verbs"
+// gives "./IDX1/cpy_idx1_verbs"); an older back-up is replaced. Returns a new string, the path of
+// the back-up; the caller frees it with g_free. Null when there is no such file or the back-up
+// cannot be opened. Ends the program as copier_fichier does.
+char *back_up_file(char *file_path);
+
+// Opens a file for reading bytes; null (errno tells why) when it cannot be opened or is a
+// directory.
+Owned_stream OPEN_SOURCE(const char *source);
+
+// Ends the program when reading the source has failed: status 1, "cannot read file %s: %s \n" (with
+// the log of SAVED_LOG). Called after a read that came to no end of its own.
+void STOP_ON_READ_FAULT(FILE *fp, const char *source);
+
+#endif
