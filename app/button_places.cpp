@@ -1,0 +1,85 @@
+// Traces where the buttons and the command entry stand on the screen.
+#include "app/button_places.h"
+
+#include <gtk/gtk.h>
+
+#include <vector>
+
+#include "util/report.h"
+
+namespace {
+
+using Widgets = std::vector<GtkWidget *>;
+
+// The trace that waits until everything has been placed: the id of its idle source, 0 for none.
+struct {
+  guint source;
+} waiting;
+
+// Adds the buttons and entries inside a widget to a list.
+void collect(GtkWidget *widget, gpointer list) {
+  if (GTK_IS_BUTTON(widget) || GTK_IS_ENTRY(widget))
+    static_cast<Widgets *>(list)->push_back(widget);
+  else if (GTK_IS_CONTAINER(widget))
+    gtk_container_foreach(GTK_CONTAINER(widget), collect, list);
+}
+
+Widgets buttons_and_entries(Trf_book *book) {
+  Widgets widgets;
+  if (book->pWindow != nullptr)
+    collect(book->pWindow, &widgets);
+  return widgets;
+}
+
+void trace_place(GtkWidget *widget) {
+  if (!gtk_widget_get_mapped(widget))
+    return;
+  GtkAllocation place;
+  gtk_widget_get_allocation(widget, &place);
+  gint left = 0;
+  gint top = 0;
+  gdk_window_get_origin(gtk_widget_get_window(gtk_widget_get_toplevel(widget)), &left, &top);
+  if (GTK_IS_BUTTON(widget))
+    TRACE("button %s at %d %d %d %d\n", gtk_button_get_label(GTK_BUTTON(widget)), left + place.x,
+          top + place.y, place.width, place.height);
+  else
+    TRACE("entry at %d %d %d %d\n", left + place.x, top + place.y, place.width, place.height);
+}
+
+gboolean trace_all(gpointer book) {
+  waiting.source = 0;
+  for (GtkWidget *widget : buttons_and_entries(static_cast<Trf_book *>(book)))
+    trace_place(widget);
+  return FALSE;
+}
+
+void trace_soon(Trf_book *book) {
+  if (waiting.source == 0)
+    waiting.source = g_idle_add(trace_all, book);
+}
+
+gboolean window_moved(GtkWidget *, GdkEvent *, Trf_book *book) {
+  trace_soon(book);
+  return FALSE;
+}
+
+void widget_placed(GtkWidget *, GdkRectangle *, Trf_book *book) {
+  trace_soon(book);
+}
+
+} // namespace
+
+void TRACE_BUTTON_PLACES(Trf_book *book) {
+  if (!TRACING())
+    return;
+  g_signal_connect(book->pWindow, "map-event", G_CALLBACK(window_moved), book);
+  g_signal_connect(book->pWindow, "configure-event", G_CALLBACK(window_moved), book);
+  for (GtkWidget *widget : buttons_and_entries(book))
+    g_signal_connect(widget, "size-allocate", G_CALLBACK(widget_placed), book);
+}
+
+void FORGET_BUTTON_PLACES() {
+  if (waiting.source != 0)
+    g_source_remove(waiting.source);
+  waiting.source = 0;
+}

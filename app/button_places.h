@@ -1,0 +1,17 @@
+// (G) Traces where the buttons and the command entry stand on the screen.
+#ifndef MERTU_APP_BUTTON_PLACES_H
+#define MERTU_APP_BUTTON_PLACES_H
+
+#include "util/book.h"
+
+// While TRACING: each time a button or the command entry of the book's window has been placed or
+// the window has moved, one line for each button and one for the entry follows once all is placed:
+//   "button %s at %d %d %d %d"   label, left edge, top edge, width, height in pixels of the screen
+//   "entry at %d %d %d %d"
+// The label stands as the learner sees it, blanks included. Nothing is done while not TRACING.
+void TRACE_BUTTON_PLACES(Trf_book *book);
+
+// Takes back a line that waits to be traced; to be called when the window goes.
+void FORGET_BUTTON_PLACES();
+
+#endif

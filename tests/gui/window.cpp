@@ -1,0 +1,248 @@
+// A real window on a scratch directory, driven by real presses and keys, read by labels and names.
+#include "support/prelude.h"
+
+#include "gui/window.h"
+
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+#include <gdk/gdkx.h>
+
+#include "app/main_window.h"
+#include "support/present.h"
+#include "util/owned.h"
+
+namespace {
+
+// Ticks that pass with each call of clock(): the second call already ends the pause.
+const clock_t QUICK_STEP = 1000000;
+
+// Whether a test wants the real pause.
+struct {
+  bool real = false;
+} pause_of_presses;
+
+Display *display() {
+  return gdk_x11_get_default_xdisplay();
+}
+
+// Ends the loop started by handle() once the server has told everything and all of it is handled.
+// Its priority is the lowest there is, so whatever waits goes first; inside a handler that drains
+// the queue itself it lets the handler finish.
+gboolean settle(gpointer settled) {
+  if (g_main_depth() > 1)
+    return TRUE;
+  XSync(display(), False);
+  if (gdk_events_pending())
+    return TRUE;
+  *static_cast<bool *>(settled) = true;
+  gtk_main_quit();
+  return FALSE;
+}
+
+void move_pointer_to(GtkWidget *widget) {
+  GtkAllocation place;
+  gtk_widget_get_allocation(widget, &place);
+  gint left = 0;
+  gint top = 0;
+  gdk_window_get_origin(gtk_widget_get_window(gtk_widget_get_toplevel(widget)), &left, &top);
+  XTestFakeMotionEvent(display(), -1, left + place.x + place.width / 2,
+                       top + place.y + place.height / 2, CurrentTime);
+}
+
+void send_press(int button) {
+  XTestFakeButtonEvent(display(), (unsigned)button, True, CurrentTime);
+  XTestFakeButtonEvent(display(), (unsigned)button, False, CurrentTime);
+}
+
+void send_key(unsigned character) {
+  KeySym symbol = character == '\n' ? XK_Return : gdk_unicode_to_keyval(character);
+  KeyCode code = XKeysymToKeycode(display(), symbol);
+  ASSERT_NE(code, 0) << "no key for character " << character;
+  KeyCode shift_key = XKeysymToKeycode(display(), XK_Shift_L);
+  int nb_symbols = 0;
+  KeySym *symbols = XGetKeyboardMapping(display(), code, 1, &nb_symbols);
+  bool shifted = nb_symbols > 0 && symbols[0] != symbol;
+  XFree(symbols);
+  if (shifted)
+    XTestFakeKeyEvent(display(), shift_key, True, CurrentTime);
+  XTestFakeKeyEvent(display(), code, True, CurrentTime);
+  XTestFakeKeyEvent(display(), code, False, CurrentTime);
+  if (shifted)
+    XTestFakeKeyEvent(display(), shift_key, False, CurrentTime);
+}
+
+using Widgets = std::vector<GtkWidget *>;
+
+void collect(GtkWidget *widget, gpointer list) {
+  static_cast<Widgets *>(list)->push_back(widget);
+  if (GTK_IS_CONTAINER(widget))
+    gtk_container_foreach(GTK_CONTAINER(widget), collect, list);
+}
+
+// A widget and all inside it, in packing order.
+Widgets tree_of(GtkWidget *widget) {
+  Widgets widgets;
+  if (widget != nullptr)
+    collect(widget, &widgets);
+  return widgets;
+}
+
+} // namespace
+
+Test_files TWO_LESSONS() {
+  return {{"mertu.conf", CONFIGURATION({"a.txt", "b.txt"})},
+          {"a.txt", DICTIONARY("aa", {{"chat", "cat"}, {"chien", "dog"}, {"vache", "cow"}})},
+          {"b.txt", DICTIONARY("bb", {{"pomme", "apple"}, {"poire", "pear"}})}};
+}
+
+std::string DICTIONARY(const std::string &alias,
+                       const std::vector<std::pair<std::string, std::string>> &entries) {
+  std::string text = "!# " + alias + "\n#######\nText of " + alias + ".\n#######\n";
+  for (const auto &[question, response] : entries)
+    text += "# " + question + " *\nQ> " + question + "\nR> " + response + "\n\n";
+  return text + "# END_OF_FILE\n";
+}
+
+std::string CONFIGURATION(const std::vector<std::string> &dictionaries) {
+  std::string text = "Which_lesson :>\n";
+  for (const std::string &name : dictionaries)
+    text += name + "\n";
+  return text + "<:\n";
+}
+
+Test_window::Test_window(const Test_files &files) {
+  for (const auto &[name, bytes] : files)
+    dir_.write(name, bytes);
+  if (!pause_of_presses.real)
+    SET_CLOCK_STEP(QUICK_STEP);
+  ALLOCATE_RECORDS(&records);
+  book = records.book;
+  PREPARE_WORDS(&records);
+  gtk_rc_parse("mertu.rc");
+  OPEN_MAIN_WINDOW(&records);
+  handle();
+  XSetInputFocus(display(), GDK_WINDOW_XID(gtk_widget_get_window(book->pWindow)),
+                 RevertToPointerRoot, CurrentTime);
+  handle();
+}
+
+Test_window::~Test_window() {
+  if (alive())
+    gtk_widget_destroy(book->pWindow);
+  while (gtk_events_pending())
+    gtk_main_iteration();
+  FREE_RECORDS(&records);
+  SET_CLOCK_STEP(0);
+  pause_of_presses.real = false;
+}
+
+void Test_window::press(GtkWidget *widget, int button_number) {
+  queue_press(widget, button_number);
+  handle();
+}
+
+void Test_window::press_twice(GtkWidget *widget, int button_number) {
+  queue_press(widget, button_number);
+  queue_press(widget, button_number);
+  handle();
+}
+
+void Test_window::type(const std::string &text) {
+  press(book->entry_book, LEFT);
+  gtk_widget_grab_focus(book->entry_book);
+  gtk_editable_select_region(GTK_EDITABLE(book->entry_book), 0, -1);
+  queue_keys(text + "\n");
+  handle();
+}
+
+void Test_window::close() {
+  queue_close();
+  handle();
+}
+
+void Test_window::queue_press(GtkWidget *widget, int button_number) {
+  move_pointer_to(widget);
+  send_press(button_number);
+}
+
+void Test_window::queue_keys(const std::string &text) {
+  for (unsigned char character : text)
+    send_key(character);
+}
+
+void Test_window::queue_close() {
+  XEvent event = {};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = GDK_WINDOW_XID(gtk_widget_get_window(book->pWindow));
+  event.xclient.message_type = gdk_x11_get_xatom_by_name("WM_PROTOCOLS");
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = (long)gdk_x11_get_xatom_by_name("WM_DELETE_WINDOW");
+  event.xclient.data.l[1] = CurrentTime;
+  XSendEvent(display(), event.xclient.window, False, NoEventMask, &event);
+}
+
+void Test_window::handle() {
+  if (ended_)
+    return;
+  XSync(display(), False);
+  bool settled = false;
+  guint source = g_timeout_add_full(G_PRIORITY_LOW, 1, settle, &settled, nullptr);
+  gtk_main();
+  if (settled)
+    return;
+  g_source_remove(source);
+  ended_ = true;
+}
+
+std::vector<std::string> Test_window::pane_lines() const {
+  std::vector<std::string> lines;
+  for (GtkWidget *widget : tree_of(book->v_page))
+    if (GTK_IS_LABEL(widget))
+      lines.push_back(LABEL_OF(widget));
+  return lines;
+}
+
+std::vector<std::string> Test_window::book_lines() const {
+  std::vector<std::string> lines;
+  for (int i = 0; i < book->nb_line; i++)
+    lines.push_back(LABEL_OF(book->wbutton[i]));
+  return lines;
+}
+
+std::string Test_window::text() const {
+  GtkTextBuffer *buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(book->text_view));
+  GtkTextIter begin;
+  GtkTextIter end;
+  gtk_text_buffer_get_bounds(buffer, &begin, &end);
+  return Owned_text(gtk_text_buffer_get_text(buffer, &begin, &end, FALSE)).get();
+}
+
+std::string Test_window::command() const {
+  return gtk_entry_get_text(GTK_ENTRY(book->entry_book));
+}
+
+GtkWidget *Test_window::button(const std::string &label) const {
+  for (GtkWidget *widget : tree_of(book->pWindow))
+    if (GTK_IS_BUTTON(widget) && LABEL_OF(widget) == label)
+      return widget;
+  return nullptr;
+}
+
+std::string LABEL_OF(GtkWidget *widget) {
+  const char *label = GTK_IS_BUTTON(widget)  ? gtk_button_get_label(GTK_BUTTON(widget))
+                      : GTK_IS_LABEL(widget) ? gtk_label_get_text(GTK_LABEL(widget))
+                                             : nullptr;
+  return label != nullptr ? label : "";
+}
+
+std::string NAME_OF(GtkWidget *widget) {
+  return gtk_widget_get_name(widget);
+}
+
+bool SENSITIVE(GtkWidget *widget) {
+  return gtk_widget_is_sensitive(widget);
+}
+
+void USE_REAL_PAUSE() {
+  pause_of_presses.real = true;
+}
