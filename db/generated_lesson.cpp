@@ -1,0 +1,71 @@
+// The generated lesson file: the entries of the lesson being drilled, each with a reference to its
+// history.
+#include "db/generated_lesson.h"
+
+#include <string.h>
+
+#include "util/numbers.h"
+
+namespace {
+
+// Characters from the '*' of a record's second line to its offset.
+const size_t STAR_TO_OFFSET = 2;
+
+bool is_gene_name(const char *line) {
+  return line[0] == '#' && strchr(line, '*') != nullptr && !IS_END_MARK(line);
+}
+
+// Takes the second line apart; false where it holds no offset.
+bool split_reference(Trf_gene_record *record) {
+  const char *word = record->reference.c_str();
+  word += strspn(word, " ");
+  record->path.assign(word, strcspn(word, " "));
+  const char *star = strchr(word + record->path.size(), '*');
+  if (star == nullptr || strlen(star) < STAR_TO_OFFSET)
+    return false;
+  long taken[2] = {0, 0};
+  EXTR_N_LINT(1, const_cast<char *>(star + STAR_TO_OFFSET), taken);
+  record->history = taken[1];
+  return taken[0] > 0;
+}
+
+} // namespace
+
+const char *CURRENT_GENE_NAME(int ilesson) {
+  return ilesson != 0 ? "./idx1_gene" : "./idx2_gene";
+}
+
+long APPEND_GENE_NAME(FILE *fp_gene, const char *name_line) {
+  long posit = ftell(fp_gene);
+  fprintf(fp_gene, "%s\n", name_line);
+  return posit;
+}
+
+void APPEND_GENE_REFERENCE(FILE *fp_gene, const char *s_idx1, long history) {
+  fprintf(fp_gene, " %s * %ld \n", s_idx1, history);
+}
+
+long APPEND_GENE_RECORD(FILE *fp_gene, const char *name_line, const char *s_idx1, long history) {
+  long posit = APPEND_GENE_NAME(fp_gene, name_line);
+  APPEND_GENE_REFERENCE(fp_gene, s_idx1, history);
+  return posit;
+}
+
+void APPEND_GENE_TRAILER(FILE *fp_gene) {
+  fprintf(fp_gene, "# END_OF_FILE * %ld \n", ftell(fp_gene));
+}
+
+Trf_gene_result READ_GENE_RECORD(Trf_line_cursor *cursor, Trf_gene_record *record) {
+  *record = Trf_gene_record();
+  if (!NEXT_LINE(cursor))
+    return GENE_NO_NAME;
+  record->name = cursor->text;
+  if (!is_gene_name(cursor->text))
+    return GENE_NO_NAME;
+  const char *alias = strchr(cursor->text, '*') + 1;
+  record->alias.assign(alias, strcspn(alias, " "));
+  if (!NEXT_LINE(cursor))
+    return GENE_NO_REFERENCE;
+  record->reference = cursor->text;
+  return split_reference(record) ? GENE_RECORD : GENE_NO_OFFSET;
+}

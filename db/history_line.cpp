@@ -1,0 +1,171 @@
+// The history line: how often and when an entry was known and not known in one direction.
+#include "db/history_line.h"
+
+#include <string.h>
+
+#include "util/numbers.h"
+#include "util/report.h"
+
+namespace {
+
+// Columns of a field with the ';' behind it.
+const int FIELD_STEP = NB_FIELD + 1;
+
+// A line being checked.
+struct Trf_check {
+  const char *who; // the checking routine, for the messages
+  char *ss;        // the line
+  int length;      // its length
+  int pos;         // where the next number is looked for
+  bool faulty;     // something was wrong
+};
+
+void fault(int level, Trf_check *check) {
+  check->faulty = true;
+  SAY("%s error at level %d \n", check->who, level);
+}
+
+// QUIRK length fault: a line of another length is faulty, yet its numbers are read, and the
+// separators are then not looked at; a reader would expect the line to be thrown away. It is meant:
+// a line that lost or gained a blank keeps its counts. Nothing is read past its end.
+// Test: HistoryLine.ALineOf51Or53CharactersIsFlaggedButItsNumbersAreStillRead
+Trf_check begin_check(const char *who, int due_length, char *ss) {
+  Trf_check check = {who, ss, (int)strlen(ss), 0, false};
+  if (check.length != due_length)
+    fault(1, &check);
+  return check;
+}
+
+void check_separator(int k, Trf_check *check) {
+  if (!check->faulty && check->ss[FIELD_STEP * k - 1] != ';')
+    fault(2, check);
+}
+
+bool is_between_numbers(char byte) {
+  return byte != ' ' && byte != '.' && byte != '+' && byte != '-' && !(byte >= '0' && byte <= '9');
+}
+
+// Takes the number at the read position and moves behind it and its separator. False without one.
+//
+// QUIRK run-on field: a number that fills its 12 columns is read together with the ';' behind it
+// (a number ends at a blank), and the move behind "its separator" then takes the first character
+// of the next number; a reader would cut the line at its columns. It is meant: counts and day
+// numbers have at most five digits, and a line shifted by a lost blank still reads.
+// Test: HistoryLine.ANumberThatFillsItsFieldTakesAwayTheFirstDigitOfTheNext
+bool take_number(Trf_check *check, long *number) {
+  long taken[2] = {0, 0};
+  if (check->pos < check->length)
+    check->pos += EXTR_N_LINT(1, check->ss + check->pos, taken) + 1;
+  while (check->pos < check->length && is_between_numbers(check->ss[check->pos]))
+    check->pos++;
+  *number = taken[0] > 0 ? taken[1] : 0;
+  return taken[0] > 0;
+}
+
+// A negative number is a fault and becomes 0.
+void refuse_negative(int level, long *number, Trf_check *check) {
+  if (*number >= 0)
+    return;
+  fault(level, check);
+  *number = 0;
+}
+
+// Puts field 3 or 4 (*day) right against today and its count. A negative day says `level`.
+void correct_day(int level, long date0, long *day, long *count, Trf_check *check) {
+  refuse_negative(level, day, check);
+  if (*day > date0) {
+    fault(7, check);
+    *count = 0;
+  }
+  if (*count == 0)
+    *day = 0;
+}
+
+void correct_4(int k, long date0, long *values, Trf_check *check) {
+  switch (k) {
+  case 1:
+    refuse_negative(3, &values[1], check);
+    break;
+  case 2:
+    refuse_negative(4, &values[2], check);
+    break;
+  case 3:
+    correct_day(6, date0, &values[3], &values[1], check);
+    break;
+  default:
+    correct_day(7, date0, &values[4], &values[2], check);
+  }
+}
+
+// The wrong answers of one direction, put right against the total.
+void correct_wrong(int level, long *total, long *wrong, Trf_check *check) {
+  refuse_negative(level, wrong, check);
+  if (*wrong > *total) {
+    fault(level + 1, check);
+    *total = 0;
+    *wrong = 0;
+  }
+}
+
+// The day of the last answer of one direction.
+//
+// QUIRK empty day of six fields: no day means today, where the four-field line takes it for 0; a
+// reader would expect one rule. It is meant: the six-field line has one day for both kinds of
+// answers, and an entry whose day is not known must not look unanswered since 2001.
+// Test: SixFieldLine.AnEmptyDayMeansToday
+void correct_last_day(int level, bool missing, long date0, long *total, Trf_check *check) {
+  long *wrong = total + 1;
+  long *day = total + 2;
+  if (*day < 0)
+    fault(level, check);
+  if (missing || *day < 0)
+    *day = date0;
+  if (*day > date0) {
+    fault(level + 1, check);
+    *total = 0;
+    *wrong = 0;
+  }
+  if (*total == 0)
+    *day = date0;
+}
+
+} // namespace
+
+int CHECK_EXTRACT_4LINT(long date0, char *ss, long *values) {
+  Trf_check check = begin_check("CHECK_EXTRACT_4LINT", HISTORY_LENGTH, ss);
+  for (int k = 1; k <= NB_FIELDS; k++) {
+    check_separator(k, &check);
+    take_number(&check, &values[k]);
+    correct_4(k, date0, values, &check);
+  }
+  return check.faulty ? 1 : 0;
+}
+
+int CHECK_EXTRACT_6LINT(long date0, char *ss, long *values) {
+  Trf_check check = begin_check("CHECK_EXTRACT_6LINT", HISTORY_LENGTH_6, ss);
+  for (int k = 1; k <= NB_FIELDS_6; k++) {
+    int level = k <= 3 ? 3 : 8;
+    long *total = &values[k <= 3 ? 1 : 4];
+    check_separator(k, &check);
+    bool found = take_number(&check, &values[k]);
+    if (k % 3 == 1)
+      refuse_negative(level, total, &check);
+    else if (k % 3 == 2)
+      correct_wrong(level + 1, total, total + 1, &check);
+    else
+      correct_last_day(level + 3, !found, date0, total, &check);
+  }
+  return check.faulty ? 1 : 0;
+}
+
+void WRITE_HISTORY_LINE(const long *values, char *line) {
+  for (int k = 1; k <= NB_FIELDS; k++) {
+    LNB_12CHAR(values[k], line + FIELD_STEP * (k - 1));
+    line[FIELD_STEP * k - 1] = ';';
+  }
+  line[HISTORY_LENGTH] = '\0';
+}
+
+const char *BLANK_HISTORY_LINE() {
+  return "            ;            ;            ;            ;";
+}

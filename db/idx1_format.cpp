@@ -1,0 +1,96 @@
+// The idx1 file: one record per entry of a dictionary, with its history in both directions.
+#include "db/idx1_format.h"
+
+#include <string.h>
+
+#include <algorithm>
+
+#include "util/accents.h"
+#include "util/numbers.h"
+
+namespace {
+
+// Characters of a later line's text that name an entry.
+const size_t MAX_NONAME_TEXT = 25;
+// Bytes that a tab may need when the notation is decoded.
+const size_t TAB_ROOM = 8;
+
+std::string decoded(const std::string &text) {
+  std::string buffer(text);
+  buffer.resize(TAB_ROOM * text.size() + 1, '\0');
+  DECODE_ACCENTS(buffer.data());
+  buffer.resize(strlen(buffer.c_str()));
+  return buffer;
+}
+
+bool is_blank(char byte) {
+  return byte == ' ' || byte == '\t';
+}
+
+// The text with every run of blanks and tabs folded to one blank.
+std::string folded(const std::string &text) {
+  std::string result;
+  for (char byte : text)
+    if (!is_blank(byte))
+      result += byte;
+    else if (result.empty() || result.back() != ' ')
+      result += ' ';
+  return result;
+}
+
+std::string reference(const char *s_alias, long offset) {
+  return std::string("*") + s_alias + " " + std::to_string(offset) + " *";
+}
+
+} // namespace
+
+bool IS_HEADER_MARK(const char *line) {
+  return line[0] == '#' && strstr(line, HEADER_MARK) != nullptr;
+}
+
+bool IS_END_MARK(const char *line) {
+  return strstr(line, END_MARK) != nullptr;
+}
+
+bool IS_NAME_LINE(const char *line) {
+  return line[0] == '#' && line[1] != '#';
+}
+
+std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, long offset) {
+  std::string entry = decoded(text);
+  size_t star = std::min(entry.find('*'), entry.size());
+  std::string rest = star < entry.size() ? entry.substr(star + 1) : "";
+  return folded("#" + entry.substr(0, star) + reference(s_alias, offset) + rest);
+}
+
+std::string NAME_LINE_OF_TEXT(const std::string &text, const char *s_alias, long offset) {
+  std::string name = decoded(text);
+  name.resize(std::min(name.find_first_of(",;"), std::min(name.size(), MAX_NONAME_TEXT)));
+  return folded("#" + name + " " + reference(s_alias, offset));
+}
+
+std::string QUESTION_OF_NAME_LINE(const std::string &name_line) {
+  size_t star = std::min(name_line.find('*'), name_line.size());
+  return star == 0 ? "" : name_line.substr(1, star - 1);
+}
+
+Trf_name_split SPLIT_NAME_LINE(const char *line, char *s_alias, long *offset, const char **rest) {
+  const char *unused = nullptr;
+  const char **behind = rest != nullptr ? rest : &unused;
+  s_alias[0] = '\0';
+  *offset = 0;
+  *behind = line;
+  const char *star = strchr(line, '*');
+  if (star == nullptr)
+    return NAME_NO_STAR;
+  size_t length = std::min(strcspn(star + 1, " "), (size_t)MAX_ALIAS);
+  memcpy(s_alias, star + 1, length);
+  s_alias[length] = '\0';
+  *behind = star + 1 + length;
+  long taken[2] = {0, 0};
+  EXTR_N_LINT(1, const_cast<char *>(*behind), taken);
+  if (taken[0] < 1)
+    return NAME_NO_OFFSET;
+  *offset = taken[1];
+  return NAME_SPLIT;
+}

@@ -1,0 +1,65 @@
+// The one cursor over an idx1 file: past its header, from name line to name line, and the two
+// history lines of an entry.
+#include "db/idx1_walk.h"
+
+#include <limits.h>
+
+#include "util/day_number.h"
+#include "util/report.h"
+
+Trf_idx1_walk::Trf_idx1_walk(FILE *fp, const char *s_idx1, FILE *log,
+                             const Trf_walk_texts *walk_texts)
+    : line(fp), history(fp), path(s_idx1), fp_log(log), texts(walk_texts), date0(DIFF_JOUR()) {
+  line.limit = MAX_IDX1_LINES;
+  history.limit = LONG_MAX;
+}
+
+void SKIP_HEADER(Trf_idx1_walk *walk) {
+  while (NEXT_LINE(&walk->line))
+    if (IS_HEADER_MARK(walk->line.text))
+      return;
+  LOG_AND_SAY(walk->fp_log, "Error no detection of ####### stop \n");
+  STOP_PROGRAM(walk->fp_log, 1, "n file : %s \n", walk->path);
+}
+
+void ALLOW_LINES(long nb, Trf_idx1_walk *walk) {
+  walk->line.nb_read = 0;
+  walk->line.limit = nb;
+}
+
+bool NEXT_IDX1_LINE(Trf_idx1_walk *walk) {
+  return NEXT_LINE(&walk->line) && !IS_END_MARK(walk->line.text);
+}
+
+Trf_walk_line NEXT_NAME(Trf_idx1_walk *walk) {
+  while (NEXT_IDX1_LINE(walk))
+    if (walk->line.text[0] == '#')
+      return IS_NAME_LINE(walk->line.text) ? WALK_ENTRY : WALK_DOUBLE;
+  return WALK_END;
+}
+
+char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk) {
+  walk->history.next = walk->line.next;
+  if (!NEXT_LINE(&walk->history))
+    return nullptr;
+  walk->line.next = walk->history.next;
+  return walk->history.text;
+}
+
+bool NEXT_HISTORY(int sens, Trf_idx1_walk *walk, long *values) {
+  char *text = NEXT_HISTORY_TEXT(walk);
+  if (text == nullptr)
+    return false;
+  const char *damaged = sens == 1 ? walk->texts->damaged_qr : walk->texts->damaged_rq;
+  if (CHECK_EXTRACT_4LINT(walk->date0, text, values) != 0)
+    LOG_LINE(walk->fp_log, "%ssome error in file : %s \n", damaged, walk->path);
+  return true;
+}
+
+void READ_HISTORY(int sens, int icont, Trf_idx1_walk *walk, long *values) {
+  if (NEXT_HISTORY(sens, walk, values))
+    return;
+  LOG_AND_SAY(walk->fp_log, "%sError no detection of values icont=%d stop \n", walk->texts->missing,
+              icont);
+  STOP_PROGRAM(walk->fp_log, sens == 1 ? 2 : 3, "in file : %s \n", walk->path);
+}

@@ -1,0 +1,37 @@
+// Writing an idx1 file from a dictionary's working copy (formats: db/idx1_format.h,
+// db/dictionary_file.h, db/history_line.h).
+#ifndef MERTU_DB_INDEX_WRITER_H
+#define MERTU_DB_INDEX_WRITER_H
+
+#include <stdio.h>
+
+#include <string>
+
+#include "db/old_index.h"
+#include "util/line_reader.h"
+
+// Writes a whole idx1 file.
+// fp_log: the log, may be null. fp: the working copy, open for reading, read from its start.
+// sfp1: the idx1 file's path, written into the header; it must contain "idx1". st_alias: the
+// dictionary's alias (null: none). fpi: the idx1 file, open for writing, at its start; it stays
+// open. trf_classmt: the old index as CLASS_OLD_WORDS left it, or null for none; its fp_class is
+// closed at the end. *nb becomes the number of '#' lines seen (entries, entries without a name and
+// "##" lines).
+// Ends the program with status 1 where sfp1 does not contain "idx1" ("IDX1_DICO erreur 1 stop c=%c
+// \n", the path's first character), and with status 3 where an old record is cut short ("IDX1_DICO
+// error in reading fp_class \n" in the log and on standard output, there followed by what to do).
+// A damaged old history line is logged ("IDX1_DICO and CHECK_4LINTsome error in file : %s \n", for
+// the R->Q line "some error 2") and goes on corrected.
+void IDX1_DICO(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
+               Trf_classmt *trf_classmt, int *nb);
+
+// Builds the name line of an entry whose '#' stands alone on its line: reads on to a line that
+// contains "Q>" and takes the text behind it or, where that is blank, the next line that is not.
+// line: the walk over the working copy, behind the '#' line; the lines read are consumed. st_alias:
+// the alias. offset: where the '#' line starts. name_line: becomes the name line without line end.
+// Returns false, with *name_line as it was, where no such text comes before the end of the file, a
+// line that contains "END_OF_FILE" (*ended becomes true), or the line limit.
+bool IDX1_DICO_NONAME_LINE(Trf_line_cursor *line, const char *st_alias, long offset,
+                           std::string *name_line, bool *ended);
+
+#endif
