@@ -1,0 +1,24 @@
+# Tests of the sources as a whole, of the scripts, and of the starter set.
+
+function(mertu_script_test name)
+  add_test(NAME tools/${name} COMMAND ${ARGN} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+  set_tests_properties(tools/${name} PROPERTIES TIMEOUT 120)
+endfunction()
+
+mertu_script_test(includes tools/check-includes)
+mertu_script_test(quirks tools/check-quirks)
+if(MERTU_GUI)
+  mertu_script_test(headers tools/check-headers)
+  set_tests_properties(tools/headers PROPERTIES ENVIRONMENT "CXX=${CMAKE_CXX_COMPILER}")
+endif()
+mertu_script_test(checks_find_faults tests/tools/checks_test.sh)
+mertu_script_test(run tests/tools/run_test.sh)
+
+find_program(SHELLCHECK shellcheck)
+if(SHELLCHECK)
+  file(GLOB scripts CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tools/*
+       ${PROJECT_SOURCE_DIR}/tests/tools/*.sh)
+  mertu_script_test(shellcheck ${SHELLCHECK} -S warning -x -P SCRIPTDIR run test .ci/run ${scripts})
+endif()
+
+mertu_test(starter util score config db lesson)
