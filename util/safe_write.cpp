@@ -2,6 +2,8 @@
 #include "util/safe_write.h"
 
 #include <errno.h>
+#include <fcntl.h>
+#include <limits.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -23,6 +25,11 @@ std::string name_of(const std::string &path) {
   return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+// The name of the new file until it is renamed, cut to what a file system takes.
+std::string name_beside(const std::string &path) {
+  return (".new_" + name_of(path)).substr(0, NAME_MAX);
+}
+
 // The path that the chain of symbolic links at `path` ends in, whether or not a file stands there.
 std::string follow_links(std::string path) {
   for (int i = 0; i < MAX_LINKS; i++) {
@@ -41,22 +48,22 @@ bool may_replace(const std::string &path, struct stat *old, bool *exists) {
   *exists = stat(path.c_str(), old) == 0;
   if (!*exists)
     return errno == ENOENT;
-  if (S_ISDIR(old->st_mode)) {
-    errno = EISDIR;
+  if (!S_ISREG(old->st_mode)) {
+    errno = S_ISDIR(old->st_mode) ? EISDIR : EINVAL;
     return false;
   }
-  return access(path.c_str(), W_OK) == 0;
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
 bool open_beside(Trf_new_file *file, const char *destination, const std::string &beside) {
+  DROP_NEW_FILE(file);
   file->destination = follow_links(destination);
   struct stat old;
   bool exists = false;
   if (!may_replace(file->destination, &old, &exists))
     return false;
-  file->beside = beside.empty()
-                     ? directory_of(file->destination) + ".new_" + name_of(file->destination)
-                     : directory_of(file->destination) + beside;
+  file->beside =
+      directory_of(file->destination) + (beside.empty() ? name_beside(file->destination) : beside);
   unlink(file->beside.c_str());
   file->fp = fopen(file->beside.c_str(), "wx+b");
   if (file->fp == nullptr)
@@ -70,11 +77,20 @@ bool open_beside(Trf_new_file *file, const char *destination, const std::string 
   return true;
 }
 
+// Why an earlier write to the stream failed: the stream remembers only that it did, so one more
+// byte is tried (the file is dropped anyway).
+int reason_of_fault(FILE *fp) {
+  clearerr(fp);
+  if (fputc('\n', fp) == EOF || fflush(fp) != 0)
+    return errno;
+  return EIO;
+}
+
 int flush_sync_close(FILE *fp) {
   int reason = 0;
   if (ferror(fp))
-    reason = EIO;
-  if (fflush(fp) != 0)
+    reason = reason_of_fault(fp);
+  if (reason == 0 && fflush(fp) != 0)
     reason = errno;
   if (reason == 0 && fsync(fileno(fp)) != 0)
     reason = errno;
@@ -99,6 +115,8 @@ bool OPEN_NEW_FILE_AS(const char *destination, const char *beside, Trf_new_file 
 
 int COMMIT_NEW_FILE(Trf_new_file *file) {
   FILE *fp = file->fp;
+  if (fp == nullptr)
+    return EBADF;
   file->fp = nullptr;
   int reason = flush_sync_close(fp);
   if (reason == 0 && rename(file->beside.c_str(), file->destination.c_str()) != 0)

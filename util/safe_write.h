@@ -23,14 +23,16 @@ struct Trf_new_file {
 
 // Opens the file beside `destination` (its directory, ".new_" before its name). Returns false,
 // with errno telling why, when the destination could not be opened for writing: a missing or
-// unwritable directory, a directory of that name, an old file without write permission.
+// unwritable directory, something of that name that is no plain file (a directory, a device), an
+// old file without write permission. A file that the record still held is dropped first.
 bool OPEN_NEW_FILE(const char *destination, Trf_new_file *file);
 
 // The same with the name of the file beside it given by the caller.
 bool OPEN_NEW_FILE_AS(const char *destination, const char *beside, Trf_new_file *file);
 
 // Flushes, syncs and closes the new file and renames it over the old one. Returns 0, or the errno
-// of the step that failed; the old file then still stands and the new one is removed.
+// of the step that failed (a write before counts); the old file then still stands and the new one
+// is removed. EBADF when none is open.
 int COMMIT_NEW_FILE(Trf_new_file *file);
 
 // Removes the new file without touching the old one.
