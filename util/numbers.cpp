@@ -1,0 +1,135 @@
+// Integers taken from a line, the number field of a history line, a text fitted to a length.
+#include "util/numbers.h"
+
+#include <ctype.h>
+#include <limits.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include <algorithm>
+#include <string>
+
+#include "util/report.h"
+
+namespace {
+
+// Digits of one run that count.
+const size_t MAX_DIGITS = 100;
+
+bool is_digit(char byte) {
+  return isdigit((unsigned char)byte) != 0;
+}
+
+int skip_blanks(const char *s, int i) {
+  while (s[i] == ' ')
+    i++;
+  return i;
+}
+
+// Whether a byte lets the taking begin.
+//
+// QUIRK sign before integers: a sign or a point lets EXTR_N_INT begin but no number ever takes it,
+// so "-12 5" gives zeros and stops at the "-"; a reader would expect -12. It is meant: the fields
+// read this way carry no sign, and a count of zeros at the sign's place is how callers see a
+// damaged one.
+// Test: Integers.ASignIsNeverReadAndStopsTheTaking
+bool may_begin(char byte) {
+  return is_digit(byte) || byte == '.' || byte == '+' || byte == '-';
+}
+
+int clamped_int(const std::string &digits) {
+  return (int)std::clamp(strtol(digits.c_str(), nullptr, 10), (long)INT_MIN, (long)INT_MAX);
+}
+
+// The end of the run of digits at i.
+int end_of_digits(const char *s, int i) {
+  while (is_digit(s[i]))
+    i++;
+  return i;
+}
+
+// The end of the run of bytes up to the next blank.
+int end_of_word(const char *s, int i) {
+  while (s[i] != '\0' && s[i] != ' ')
+    i++;
+  return i;
+}
+
+// Drops blanks that follow a blank, `excess` of them at most, from the left. Returns the length
+// left; the text is not ended there.
+int drop_doubled_blanks(char *ss, int length, int excess) {
+  int j = 0;
+  for (int i = 0; i < length; i++) {
+    if (excess > 0 && ss[i] == ' ' && j > 0 && ss[j - 1] == ' ')
+      excess--;
+    else
+      ss[j++] = ss[i];
+  }
+  return j;
+}
+
+} // namespace
+
+int EXTR_N_INT(int n, char *s, int *i_extracted) {
+  i_extracted[0] = 0;
+  int i = skip_blanks(s, 0);
+  if (!may_begin(s[i]))
+    return i;
+  for (int k = 1; k <= n && s[i] != '\0'; k++) {
+    int end = end_of_digits(s, i);
+    i_extracted[k] = clamped_int(std::string(s + i, std::min((size_t)(end - i), MAX_DIGITS)));
+    i_extracted[0] = k;
+    i = skip_blanks(s, end);
+  }
+  return i;
+}
+
+// QUIRK two integer readers: EXTR_N_LINT ends a number at a blank and reads its sign, EXTR_N_INT
+// ends it at the first byte that is no digit; a reader would take one for a mistake. It is meant:
+// history fields are read with their signs, so that a negative one is seen to be damaged, counts
+// and lesson numbers never have one.
+// Test: LongIntegers.ANumberIsWhateverStandsUpToTheNextBlank
+int EXTR_N_LINT(int n, char *s, long *i_extracted) {
+  i_extracted[0] = 0;
+  int i = skip_blanks(s, 0);
+  if (!may_begin(s[i]))
+    return i;
+  for (int k = 1; k <= n && s[i] != '\0'; k++) {
+    int end = end_of_word(s, i);
+    i_extracted[k] = strtol(std::string(s + i, (size_t)(end - i)).c_str(), nullptr, 10);
+    i_extracted[0] = k;
+    i = skip_blanks(s, end);
+  }
+  return i;
+}
+
+void LNB_12CHAR(long nb, char *snb) {
+  std::string number = std::to_string(nb);
+  int padding = (NB_FIELD - (int)number.size()) / 2;
+  if (padding < 0) {
+    SAY("Warning LNB_12CHAR sw=%s@@@\n", number.c_str());
+    padding = 0;
+  }
+  number.resize(std::min(number.size(), (size_t)NB_FIELD));
+  memset(snb, ' ', NB_FIELD);
+  memcpy(snb + padding, number.data(), number.size());
+  // QUIRK untouched thirteenth byte: snb[12] is left as it was and snb[13] becomes NUL; a reader
+  // would expect the NUL right behind the field. It is meant: the field is laid into a line whose
+  // next byte, the ";", stands there already.
+  // Test: NumberField.TheThirteenthByteIsLeftAsItWas
+  snb[NB_FIELD + 1] = '\0';
+}
+
+void RESIZE_STRING(int lssd, char *ss) {
+  int length = (int)strlen(ss);
+  if (lssd < 0 || length == lssd)
+    return;
+  if (length < lssd)
+    memset(ss + length, ' ', (size_t)(lssd - length));
+  else
+    length = drop_doubled_blanks(ss, length, length - lssd);
+  if (length > lssd)
+    SAY("error RESIZE_STRING j=%d lssd=%d \n", length, lssd);
+  ss[lssd] = '\0';
+}
