@@ -6,6 +6,7 @@
 #define MERTU_UTIL_FILE_COPY_H
 
 #include "util/owned.h"
+#include "util/safe_write.h"
 
 // What stands before the name of a back-up.
 const char BACK_UP_PREFIX[] = "cpy_";
@@ -26,8 +27,9 @@ char *back_up_file(char *file_path);
 // directory.
 Owned_stream OPEN_SOURCE(const char *source);
 
-// Ends the program when reading the source has failed: status 1, "cannot read file %s: %s \n" (with
-// the log of SAVED_LOG). Called after a read that came to no end of its own.
-void STOP_ON_READ_FAULT(FILE *fp, const char *source);
+// Reads up to `nb` bytes of the source. Returns how many were read, 0 at its end.
+// Ends the program when reading fails: the new file made of it is dropped, then status 1, "cannot
+// read file %s: %s \n" (with the log of SAVED_LOG).
+size_t READ_OR_STOP(FILE *fp, const char *source, void *block, size_t nb, Trf_new_file *file);
 
 #endif
