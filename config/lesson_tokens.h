@@ -1,0 +1,41 @@
+// What the two keys that list dictionaries have in common: tokens, and ranges written "N->M".
+#ifndef MERTU_CONFIG_LESSON_TOKENS_H
+#define MERTU_CONFIG_LESSON_TOKENS_H
+
+#include <stddef.h>
+
+#include <string>
+
+// The range of a name such as "le1->3.txt": the digits just before and just behind the first "->".
+struct Trf_range {
+  size_t begin;    // index of the first digit of n1 (of the arrow where it has none)
+  size_t end;      // index behind the last digit of n2 (behind the arrow where it has none)
+  long n1;         // the number before the arrow, 0 where there is none; at most INT_MAX
+  long n2;         // the number behind the arrow, likewise
+  bool both_given; // true where both numbers have digits
+  bool at_end;     // true where nothing follows the arrow
+};
+
+// Finds the first "->" of a name. Returns false, range untouched, where there is none.
+bool FIND_RANGE(const char *name, Trf_range *range);
+
+// Returns the name with the text of its range replaced by value in decimal.
+std::string RANGE_REPLACED(const std::string &name, const Trf_range &range, long value);
+
+// Cuts the next token of a line of dictionaries: blanks are skipped, and a token is the longest
+// run of word characters (SPE_ALPHA_NUM) and of '-', '>', '<', ':', '_', '.', '\' and '/'.
+// place: where to look; moved behind the token. Returns "" at the end of the line and where any
+// other byte stands: the rest of the line is not looked at.
+std::string NEXT_LESSON_TOKEN(const char **place);
+
+// Returns the directory of a token as it is written, with its last "/" and with every backslash
+// turned into "/"; "./" where it has none.
+std::string DIRECTORY_AS_WRITTEN(const std::string &token);
+
+// Returns the last component of a token ("" where it ends in a separator).
+std::string NAME_OF_TOKEN(const std::string &token);
+
+// True where a file of this path opens for reading.
+bool FILE_OPENS(const std::string &path);
+
+#endif
