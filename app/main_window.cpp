@@ -234,4 +234,6 @@ void OPEN_MAIN_WINDOW(Trf_records *records) {
   BUILD_MAIN_WINDOW(&geometry, records->ss_font_lesson, records->ss_font_vocab, book);
   CONFIRM0_LESSON(book);
   SHOW_MAIN_WINDOW(records->S_state, book);
+  // Whoever started the program learns by this line that its window stands.
+  SAY("Mertu is ready \n");
 }
