@@ -32,8 +32,7 @@ const gunichar C1_CHARACTERS[] = {
     0x02DC,       0x2122,       0x0161, 0x203A, 0x0153, NO_CHARACTER, 0x017E, 0x0178,
 };
 
-// The one converter from UTF-8 to CP1252, opened by the first text that needs it and kept: opening
-// one costs more than most lines.
+// The one converter from UTF-8 to CP1252, opened by the first text that needs it and kept.
 struct {
   bool opened;
   GIConv converter;
@@ -48,6 +47,49 @@ GIConv converter() {
     kept.opened = true;
   }
   return kept.converter;
+}
+
+// The byte of a character, or -1 when it has none (or is none).
+int byte_of(gunichar character) {
+  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+    return (int)character;
+  if (character == NO_CHARACTER)
+    return -1;
+  const gunichar *found = std::find(std::begin(C1_CHARACTERS), std::end(C1_CHARACTERS), character);
+  return found == std::end(C1_CHARACTERS) ? -1 : 0x80 + (int)(found - C1_CHARACTERS);
+}
+
+// Converts a text of characters that all have a byte of their own, as nearly every text is;
+// returns -1 for any other, on which the converter has the last word.
+long convert_by_table(const char *text, long length, char *result) {
+  const char *end = text + length;
+  char *to = result;
+  while (text < end) {
+    if ((unsigned char)*text < 0x80) {
+      *to++ = *text++;
+      continue;
+    }
+    int byte = byte_of(g_utf8_get_char_validated(text, end - text));
+    if (byte < 0)
+      return -1;
+    *to++ = (char)byte;
+    text = g_utf8_next_char(text);
+  }
+  return to - result;
+}
+
+long convert_by_converter(const char *text, long length, char *result) {
+  GIConv cd = converter();
+  if (cd == NO_CONVERTER)
+    return -1;
+  g_iconv(cd, nullptr, nullptr, nullptr, nullptr);
+  char *from = const_cast<char *>(text);
+  char *to = result;
+  gsize left = (gsize)length;
+  gsize room = (gsize)length;
+  if (g_iconv(cd, &from, &left, &to, &room) == FAILED)
+    return -1;
+  return to - result;
 }
 
 } // namespace
@@ -70,17 +112,8 @@ int ANNOUNCED_BYTES(int byte) {
 }
 
 long CONVERT_TO_CP1252(const char *text, long length, char *result) {
-  GIConv cd = converter();
-  if (cd == NO_CONVERTER)
-    return -1;
-  g_iconv(cd, nullptr, nullptr, nullptr, nullptr);
-  char *from = const_cast<char *>(text);
-  char *to = result;
-  gsize left = (gsize)length;
-  gsize room = (gsize)length;
-  if (g_iconv(cd, &from, &left, &to, &room) == FAILED)
-    return -1;
-  return to - result;
+  long converted = convert_by_table(text, length, result);
+  return converted >= 0 ? converted : convert_by_converter(text, length, result);
 }
 
 char *UTF8_FROM_CP1252(const char *text) {

@@ -98,6 +98,27 @@ TEST(Encodings, TextThatCp1252LacksHasNoForm) {
   EXPECT_FALSE(Owned_text(CP1252_FROM_UTF8(nullptr)));
 }
 
+TEST(Encodings, EveryCharacterGivesWhatTheConverterGives) {
+  for (gunichar character = 1; character < 0x30000; character++) {
+    char bytes[6];
+    string text(bytes, (size_t)g_unichar_to_utf8(character, bytes));
+    if (character < 0x3000 || character % 97 == 0) {
+      ASSERT_EQ(folded(text), converted(text, "CP1252", "UTF-8")) << "character " << character;
+    }
+  }
+}
+
+TEST(Encodings, EveryPairOfBytesGivesWhatTheConverterGives) {
+  for (int first = 0x80; first < 256; first++) {
+    for (int second = 0x70; second < 256; second += 3) {
+      string text = {(char)first, (char)second, '\200'};
+      ASSERT_EQ(folded(text), converted(text, "CP1252", "UTF-8")) << first << " " << second;
+      text.pop_back();
+      ASSERT_EQ(folded(text), converted(text, "CP1252", "UTF-8")) << first << " " << second;
+    }
+  }
+}
+
 TEST(Encodings, NulBytesAreKept) {
   EXPECT_EQ(folded("a\0\303\251\0"s), "a\0\351\0"s);
 }
@@ -107,7 +128,7 @@ TEST(Encodings, FailedConversionLeavesNoTraceInTheNext) {
   EXPECT_EQ(folded("caf\303\251"), "caf\351");
 }
 
-TEST(Encodings, KeptConverterGivesWhatOneOpenedAfreshGives) {
+TEST(Encodings, AnyTextGivesWhatTheConverterGives) {
   static const char *const pieces[] = {"a",
                                        "\303\251",
                                        "\302\201",
