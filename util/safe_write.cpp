@@ -80,7 +80,6 @@ bool open_beside(Trf_new_file *file, const char *destination, const std::string 
 // Why an earlier write to the stream failed: the stream remembers only that it did, so one more
 // byte is tried (the file is dropped anyway).
 int reason_of_fault(FILE *fp) {
-  clearerr(fp);
   if (fputc('\n', fp) == EOF || fflush(fp) != 0)
     return errno;
   return EIO;

@@ -155,6 +155,10 @@ int take_text(Trf_conversion *copy, const Byte *block, int nb, int i) {
 // Finishes a line end that began with CR, with the first byte behind it in view. Returns whether
 // that byte was a second CR, which is skipped.
 bool skip_second_cr(Trf_conversion *copy, Byte next) {
+  // QUIRK swallowed CR: of two CRs in a row the second is skipped, so an empty line between two
+  // bare CRs is lost; a reader would expect an empty line. It is meant: CR CR LF, which this very
+  // routine writes, must come out as it went in.
+  // Test: WinFile.TheSecondOfTwoCarriageReturnsIsSkipped
   if (copy->line_end == END_CR && next == '\r') {
     copy->line_end = END_CR_CR;
     return true;

@@ -152,6 +152,8 @@ TEST(TimeTexts, TheDayOfTheWeekDoesNotCount) {
 TEST(TimeTexts, AnUnknownMonthInTheFirstTextEndsTheProgram) {
   ENDS_WITH_STATUS(compare_texts("Wed Nob 15 10:20:30 2023\n", "Wed xxx 15 10:20:30 2023\n"), 5,
                    "error sm_timer in WINDOWS_DIFFTIME stop ");
+  ENDS_WITH_STATUS(compare_texts("Wed an, 15 10:20:30 2023\n", "Wed Nov 15 10:20:30 2023\n"), 5,
+                   "error sm_timer in WINDOWS_DIFFTIME stop ");
   ENDS_WITH_STATUS(compare_texts("Wed n,D 15 10:20:30 2023\n", "Wed Nov 15 10:20:30 2023\n"), 5,
                    "error sm_timer in WINDOWS_DIFFTIME stop ");
 }

@@ -146,9 +146,9 @@ TEST(SafeWrite, ALinkToALinkIsFollowedToItsEnd) {
   Scratch_dir dir;
   dir.write("one/a.txt", "old");
   symlink("../one/a.txt", "one/second");
-  symlink((dir.path() + "/one/second").c_str(), "first");
+  symlink((dir.path() + "/one/second").c_str(), "one/first");
   Trf_new_file file;
-  ASSERT_TRUE(OPEN_NEW_FILE("first", &file));
+  ASSERT_TRUE(OPEN_NEW_FILE("one/first", &file));
   fputs("new", file.fp);
   EXPECT_EQ(COMMIT_NEW_FILE(&file), 0);
   EXPECT_EQ(dir.read("one/a.txt"), "new");
