@@ -13,6 +13,8 @@ if(MERTU_GUI)
 endif()
 mertu_script_test(checks_find_faults tests/tools/checks_test.sh)
 mertu_script_test(run tests/tools/run_test.sh)
+mertu_script_test(packages tests/tools/packages_test.sh)
+mertu_script_test(tour tests/tools/tour_test.sh)
 
 find_program(SHELLCHECK shellcheck)
 if(SHELLCHECK)
