@@ -22,6 +22,17 @@
 // standard output), a line beyond MAX_LINE silently. Nothing is shown when the book has no pane.
 void DISPLAY_LINE(char *ss, int *tnb_line, int *tlblanc, Trf_book *book);
 
+// A series of lines for the pane: begin with the book's nb_line, store it back at the end.
+struct Trf_pane_writer {
+  Trf_book *book;
+  int nb_line;    // lines in the pane
+  int lblanc = 0; // blank lines in a row
+};
+
+// Appends a formatted line with DISPLAY_LINE.
+void WRITE_PANE(Trf_pane_writer *pane, const char *format, ...)
+    __attribute__((format(printf, 2, 3)));
+
 // Empties the whole pane when nb_line is above 0: destroys every line widget, sets lbox2 and
 // wbutton to null and nb_line to 0. The caller redraws (REDRAW_PANE) where the screen must follow.
 void CLEAR_PANE(Trf_book *book);

@@ -1,0 +1,74 @@
+// Where a sound file lies.
+#include "text/find_sound.h"
+
+#include <glib.h>
+
+#include "support/prelude.h"
+#include "support/scratch.h"
+#include "util/book.h"
+
+namespace {
+
+class FindSound : public testing::Test {
+protected:
+  FindSound() {
+    FORGET_SOUND_PLACE();
+    book.path_of_lesson = directory;
+  }
+  // The path found for a name; "" when there is none.
+  std::string find(const char *name) {
+    std::string copy = name;
+    char *path = nullptr;
+    long size = 0;
+    int found = SEARCH_SND_FILE_NAME(&path, &size, copy.data(), &book);
+    std::string result = found == 1 ? path : "";
+    EXPECT_TRUE(path == nullptr || size > static_cast<long>(result.size()));
+    g_free(path);
+    return result;
+  }
+  Scratch_dir dir;
+  Trf_book book = {};
+  char directory[7] = "words/";
+};
+
+} // namespace
+
+TEST_F(FindSound, LooksBesideTheDictionaryFirst) {
+  for (const char *name : {"words/a.wav", "a.wav", "SOUND/a.wav", "words/SOUND/a.wav"})
+    dir.write(name, "");
+  EXPECT_EQ(find("a.wav"), "words/a.wav");
+}
+
+TEST_F(FindSound, ThenHereThenInTheSoundDirectories) {
+  dir.write("b.wav", "");
+  dir.write("SOUND/c.wav", "");
+  dir.write("words/SOUND/d.wav", "");
+  EXPECT_EQ(find("b.wav"), "./b.wav");
+  EXPECT_EQ(find("c.wav"), "./SOUND/c.wav");
+  EXPECT_EQ(find("d.wav"), "words/SOUND/d.wav");
+}
+
+TEST_F(FindSound, NotFoundLeavesThePlaceAsItWas) {
+  EXPECT_EQ(find("a.wav"), "");
+  dir.write("words/a.wav", "");
+  EXPECT_EQ(find("a.wav"), "words/a.wav");
+}
+
+TEST_F(FindSound, NeverTurnsBackToALowerPlace) {
+  dir.write("words/a.wav", "");
+  dir.write("SOUND/c.wav", "");
+  EXPECT_EQ(find("c.wav"), "./SOUND/c.wav");
+  EXPECT_EQ(find("a.wav"), "");
+}
+
+TEST_F(FindSound, PathReusesABlockThatIsLargeEnough) {
+  dir.write("words/a.wav", "");
+  char name[] = "a.wav";
+  long size = 100;
+  char *block = static_cast<char *>(g_malloc(size));
+  char *path = block;
+  EXPECT_EQ(SEARCH_SND_FILE_NAME(&path, &size, name, &book), 1);
+  EXPECT_EQ(path, block);
+  EXPECT_STREQ(path, "words/a.wav");
+  g_free(path);
+}
