@@ -32,7 +32,7 @@ Widgets buttons_and_entries(Trf_book *book) {
 }
 
 void trace_place(GtkWidget *widget) {
-  if (!gtk_widget_get_mapped(widget))
+  if (!gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget))
     return;
   GtkAllocation place;
   gtk_widget_get_allocation(widget, &place);
@@ -67,6 +67,10 @@ void widget_placed(GtkWidget *, GdkRectangle *, Trf_book *book) {
   trace_soon(book);
 }
 
+void sensitivity_changed(GtkWidget *, GParamSpec *, Trf_book *book) {
+  trace_soon(book);
+}
+
 } // namespace
 
 void TRACE_BUTTON_PLACES(Trf_book *book) {
@@ -74,8 +78,10 @@ void TRACE_BUTTON_PLACES(Trf_book *book) {
     return;
   g_signal_connect(book->pWindow, "map-event", G_CALLBACK(window_moved), book);
   g_signal_connect(book->pWindow, "configure-event", G_CALLBACK(window_moved), book);
-  for (GtkWidget *widget : buttons_and_entries(book))
+  for (GtkWidget *widget : buttons_and_entries(book)) {
     g_signal_connect(widget, "size-allocate", G_CALLBACK(widget_placed), book);
+    g_signal_connect(widget, "notify::sensitive", G_CALLBACK(sensitivity_changed), book);
+  }
 }
 
 void FORGET_BUTTON_PLACES() {

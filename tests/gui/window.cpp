@@ -8,7 +8,12 @@
 #include <gdk/gdkx.h>
 
 #include "app/main_window.h"
+#include "quiz/answer_button.h"
+#include "quiz/choose_entry.h"
+#include "quiz/entry_lines.h"
+#include "quiz/show_entry.h"
 #include "support/present.h"
+#include "text/find_sound.h"
 #include "util/owned.h"
 
 namespace {
@@ -71,6 +76,22 @@ void send_key(unsigned character) {
     XTestFakeKeyEvent(display(), shift_key, False, CurrentTime);
 }
 
+// Parses mertu.rc by its full path: under its bare name the toolkit would look for it again where
+// the first window of this process found it. The styles of earlier windows are forgotten.
+void parse_resource_file(const Scratch_dir &dir) {
+  gtk_rc_parse((dir.path() + "/mertu.rc").c_str());
+  gtk_rc_reparse_all_for_settings(gtk_settings_get_default(), TRUE);
+}
+
+// What the program remembers of its drill until its end, and the next window must not know.
+void forget_the_drill() {
+  FORGET_PRESSES();
+  FORGET_CHOICES();
+  FORGET_HEARD();
+  FORGET_SHOWN();
+  FORGET_SOUND_PLACE();
+}
+
 using Widgets = std::vector<GtkWidget *>;
 
 void collect(GtkWidget *widget, gpointer list) {
@@ -118,7 +139,7 @@ Test_window::Test_window(const Test_files &files) {
   ALLOCATE_RECORDS(&records);
   book = records.book;
   PREPARE_WORDS(&records);
-  gtk_rc_parse("mertu.rc");
+  parse_resource_file(dir_);
   OPEN_MAIN_WINDOW(&records);
   handle();
   XSetInputFocus(display(), GDK_WINDOW_XID(gtk_widget_get_window(book->pWindow)),
@@ -132,6 +153,7 @@ Test_window::~Test_window() {
   while (gtk_events_pending())
     gtk_main_iteration();
   FREE_RECORDS(&records);
+  forget_the_drill();
   SET_CLOCK_STEP(0);
   pause_of_presses.real = false;
 }

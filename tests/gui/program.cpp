@@ -1,0 +1,183 @@
+// The real program as a process of its own: started, its output read, its window found.
+#include "support/prelude.h"
+
+#include "gui/program.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+const int NB_WAITS = 3000;       // at most half a minute
+const int ONE_WAIT_USEC = 10000; // between two looks
+
+bool wait_for(const std::function<bool()> &condition) {
+  for (int i = 0; i < NB_WAITS; i++) {
+    if (condition())
+      return true;
+    usleep(ONE_WAIT_USEC);
+  }
+  return false;
+}
+
+// A connection of our own, so that nothing here disturbs the toolkit's.
+using Connection = std::unique_ptr<Display, int (*)(Display *)>;
+
+Connection connection() {
+  return Connection(XOpenDisplay(nullptr), XCloseDisplay);
+}
+
+// The process that a window belongs to; 0 when it does not say.
+pid_t owner_of(Display *display, Window window) {
+  Atom type = None;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long rest = 0;
+  unsigned char *data = nullptr;
+  Atom property = XInternAtom(display, "_NET_WM_PID", False);
+  XGetWindowProperty(display, window, property, 0, 1, False, XA_CARDINAL, &type, &format, &count,
+                     &rest, &data);
+  pid_t owner = 0;
+  if (data != nullptr && count == 1)
+    owner = (pid_t) * reinterpret_cast<unsigned long *>(data);
+  if (data != nullptr)
+    XFree(data);
+  return owner;
+}
+
+bool is_shown(Display *display, Window window) {
+  XWindowAttributes attributes = {};
+  return XGetWindowAttributes(display, window, &attributes) != 0 &&
+         attributes.map_state == IsViewable;
+}
+
+bool is_titled(Display *display, Window window) {
+  char *name = nullptr;
+  bool titled = XFetchName(display, window, &name) != 0 && strcmp(name, "Mertu") == 0;
+  if (name != nullptr)
+    XFree(name);
+  return titled;
+}
+
+// The window of a process, once it is shown; None before.
+Window window_of(Display *display, pid_t process) {
+  Window root = None;
+  Window parent = None;
+  Window *windows = nullptr;
+  unsigned count = 0;
+  XQueryTree(display, DefaultRootWindow(display), &root, &parent, &windows, &count);
+  Window found = None;
+  for (unsigned i = 0; i < count && found == None; i++)
+    if (owner_of(display, windows[i]) == process && is_titled(display, windows[i]) &&
+        is_shown(display, windows[i]))
+      found = windows[i];
+  if (windows != nullptr)
+    XFree(windows);
+  return found;
+}
+
+void ask_to_close(Display *display, Window window) {
+  XEvent event = {};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = window;
+  event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = (long)XInternAtom(display, "WM_DELETE_WINDOW", False);
+  XSendEvent(display, window, False, NoEventMask, &event);
+  XSync(display, False);
+}
+
+// The program's side of the fork.
+[[noreturn]] void become(const std::string &path, const std::string &directory,
+                         const std::vector<std::string> &environment, const std::string &output) {
+  int fd = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  dup2(fd, 1);
+  dup2(fd, 2);
+  for (const std::string &setting : environment)
+    if (setting.find('=') == std::string::npos)
+      unsetenv(setting.c_str());
+    else
+      putenv(const_cast<char *>(setting.c_str()));
+  if (chdir(directory.c_str()) == 0)
+    execl(MERTU_PROGRAM, path.c_str(), nullptr);
+  _exit(127);
+}
+
+std::string fresh_output_file() {
+  std::string name = (std::filesystem::temp_directory_path() / "mertu_output_XXXXXX").string();
+  close(mkstemp(name.data()));
+  return name;
+}
+
+} // namespace
+
+Program::Program(const std::string &path, const std::string &directory,
+                 const std::vector<std::string> &environment)
+    : output_file_(fresh_output_file()) {
+  pid_ = fork();
+  if (pid_ == 0)
+    become(path, directory, environment, output_file_);
+}
+
+Program::~Program() {
+  if (running()) {
+    kill(pid_, SIGTERM);
+    waitpid(pid_, nullptr, 0);
+  }
+  unlink(output_file_.c_str());
+}
+
+bool Program::running() {
+  if (pid_ > 0 && waitpid(pid_, &status_, WNOHANG) == pid_)
+    pid_ = -1;
+  return pid_ > 0;
+}
+
+int Program::status() {
+  if (!wait_for([this] { return !running(); }))
+    return -1;
+  return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1;
+}
+
+bool Program::says(const std::string &text, size_t from) {
+  auto said = [&] {
+    std::string now = output();
+    return now.size() > from && now.find(text, from) != std::string::npos;
+  };
+  return wait_for([&] { return said() || !running(); }) && said();
+}
+
+std::string Program::output() const {
+  std::ifstream file(output_file_, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+bool Program::close_window() {
+  Connection display = connection();
+  Window window = None;
+  wait_for([&] {
+    window = window_of(display.get(), pid_);
+    return window != None || !running();
+  });
+  if (window != None)
+    ask_to_close(display.get(), window);
+  return window != None;
+}
+
+void PRESS_AT(int x, int y) {
+  Connection display = connection();
+  XTestFakeMotionEvent(display.get(), -1, x, y, CurrentTime);
+  XTestFakeButtonEvent(display.get(), 1, True, CurrentTime);
+  XTestFakeButtonEvent(display.get(), 1, False, CurrentTime);
+  XSync(display.get(), False);
+}

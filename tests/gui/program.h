@@ -1,0 +1,39 @@
+// The real program as a process of its own: started, its output read, its window found.
+#ifndef MERTU_TESTS_GUI_PROGRAM_H
+#define MERTU_TESTS_GUI_PROGRAM_H
+
+#include <sys/types.h>
+
+#include <string>
+
+class Program {
+public:
+  // Starts the program with `path` as the path it was started with (argv[0]) in a directory.
+  // Environment: `name=value` settings on top of this process's; a name alone takes it away.
+  Program(const std::string &path, const std::string &directory,
+          const std::vector<std::string> &environment = {});
+  // Ends it where it still runs.
+  ~Program();
+  Program(const Program &) = delete;
+  Program &operator=(const Program &) = delete;
+
+  // Waits until it has ended by itself; its exit status, or -1 when it did not.
+  int status();
+  // Waits until its output holds this text, from this byte on; false when it never does.
+  bool says(const std::string &text, size_t from = 0);
+  // What it has written to standard output and standard error so far.
+  std::string output() const;
+  // Waits for its window and asks it to close; false when no window ever stood.
+  bool close_window();
+
+private:
+  bool running();
+  std::string output_file_;
+  pid_t pid_ = -1;
+  int status_ = -1;
+};
+
+// A real press of the left button at a place of the screen.
+void PRESS_AT(int x, int y);
+
+#endif
