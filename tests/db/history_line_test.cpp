@@ -1,0 +1,225 @@
+// The history line: values taken, damage found and put right, the line written.
+#include "db/history_line.h"
+
+#include "support/prelude.h"
+
+#include <string.h>
+
+#include "util/numbers.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const long TODAY = 9000;
+
+struct Checked {
+  int faulty;
+  std::vector<long> values;
+  std::string said;
+};
+
+Checked check_with(int (*routine)(long, char *, long *), size_t nb, std::string line) {
+  long values[7] = {77, 77, 77, 77, 77, 77, 77};
+  testing::internal::CaptureStdout();
+  int faulty = routine(TODAY, line.data(), values);
+  fflush(stdout);
+  return {faulty, std::vector<long>(values + 1, values + 1 + nb),
+          testing::internal::GetCapturedStdout()};
+}
+
+Checked check4(const std::string &line) {
+  return check_with(CHECK_EXTRACT_4LINT, 4, line);
+}
+
+Checked check6(const std::string &line) {
+  return check_with(CHECK_EXTRACT_6LINT, 6, line);
+}
+
+std::string fields(const std::vector<std::string> &texts) {
+  std::string line;
+  for (const std::string &text : texts) {
+    std::string field(12, ' ');
+    field.replace((12 - text.size()) / 2, text.size(), text);
+    line += field + ";";
+  }
+  return line;
+}
+
+} // namespace
+
+TEST(HistoryLine, ASoundLineGivesItsFourValuesAndSaysNothing) {
+  Checked checked = check4(fields({"12", "3", "8999", "9000"}));
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(12, 3, 8999, 9000));
+  EXPECT_EQ(checked.said, "");
+}
+
+TEST(HistoryLine, ABlankLineIsSoundAndGivesZeros) {
+  Checked checked = check4(BLANK_HISTORY_LINE());
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(0, 0, 0, 0));
+}
+
+TEST(HistoryLine, TheBlankLineIsFourTimesTwelveBlanksAndASeparator) {
+  std::string field = std::string(12, ' ') + ";";
+  EXPECT_EQ(BLANK_HISTORY_LINE(), field + field + field + field);
+}
+
+TEST(HistoryLine, ALineOf51Or53CharactersIsFlaggedButItsNumbersAreStillRead) {
+  std::string line = fields({"12", "3", "8999", "9000"});
+  for (const std::string &damaged : {line.substr(0, 51), line + " ", line.substr(1)}) {
+    Checked checked = check4(damaged);
+    EXPECT_EQ(checked.faulty, 1);
+    EXPECT_THAT(checked.values, ElementsAre(12, 3, 8999, 9000));
+    EXPECT_EQ(checked.said, "CHECK_EXTRACT_4LINT error at level 1 \n");
+  }
+}
+
+TEST(HistoryLine, NothingIsReadPastTheEndOfAShortLine) {
+  std::string line = fields({"12", "3", "8999", "9000"});
+  for (size_t length = 0; length < line.size(); length++) {
+    std::vector<char> exact(line.begin(), line.begin() + (long)length);
+    exact.push_back('\0');
+    long values[5];
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(CHECK_EXTRACT_4LINT(TODAY, exact.data(), values), 1);
+    testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(length < 7 || values[1] == 12) << length;
+  }
+  EXPECT_THAT(check4("").values, ElementsAre(0, 0, 0, 0));
+}
+
+TEST(HistoryLine, AMissingSeparatorIsFlaggedAtLevel2Once) {
+  std::string line = fields({"12", "3", "8999", "9000"});
+  line[25] = ':';
+  line[38] = ':';
+  Checked checked = check4(line);
+  EXPECT_EQ(checked.faulty, 1);
+  EXPECT_EQ(checked.said, "CHECK_EXTRACT_4LINT error at level 2 \n");
+  EXPECT_THAT(checked.values, ElementsAre(12, 3, 8999, 9000));
+}
+
+TEST(HistoryLine, SeparatorsAreNotLookedAtInALineOfAnotherLength) {
+  std::string line = fields({"12", "3", "8999", "9000"}) + " ";
+  line[12] = ':';
+  EXPECT_EQ(check4(line).said, "CHECK_EXTRACT_4LINT error at level 1 \n");
+}
+
+TEST(HistoryLine, ANegativeNumberIsFlaggedAtItsLevelAndGivesZero) {
+  const char *levels[] = {"3", "4", "6", "7"};
+  for (size_t k = 0; k < 4; k++) {
+    std::vector<std::string> texts = {"12", "3", "8999", "8998"};
+    texts[k] = "-5";
+    Checked checked = check4(fields(texts));
+    EXPECT_EQ(checked.faulty, 1);
+    EXPECT_EQ(checked.values[k], 0);
+    EXPECT_THAT(checked.said, HasSubstr("error at level " + std::string(levels[k]) + " \n"));
+  }
+}
+
+TEST(HistoryLine, ADayLaterThanTodayClearsTheMatchingCount) {
+  Checked ok = check4(fields({"12", "3", "9001", "8998"}));
+  EXPECT_EQ(ok.faulty, 1);
+  EXPECT_THAT(ok.values, ElementsAre(0, 3, 0, 8998));
+  EXPECT_EQ(ok.said, "CHECK_EXTRACT_4LINT error at level 7 \n");
+  Checked nok = check4(fields({"12", "3", "8999", "9001"}));
+  EXPECT_THAT(nok.values, ElementsAre(12, 0, 8999, 0));
+  EXPECT_EQ(nok.said, "CHECK_EXTRACT_4LINT error at level 7 \n");
+}
+
+TEST(HistoryLine, TodayItselfIsNoFault) {
+  EXPECT_EQ(check4(fields({"1", "1", "9000", "9000"})).faulty, 0);
+}
+
+TEST(HistoryLine, ACountOfZeroForcesItsDayToZeroWithoutAFault) {
+  Checked checked = check4(fields({"0", "", "8999", "8998"}));
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(0, 0, 0, 0));
+}
+
+TEST(HistoryLine, ANumberThatFillsItsFieldTakesAwayTheFirstDigitOfTheNext) {
+  std::string line = "123456789012;" + fields({"34", "8999", "8998"});
+  Checked checked = check4(line);
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(123456789012, 4, 8999, 8998));
+}
+
+TEST(HistoryLine, LettersBetweenTheNumbersArePassedOver) {
+  std::string line = fields({"12", "3", "8999", "8998"});
+  line.replace(13, 3, "xyz");
+  Checked checked = check4(line);
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(12, 3, 8999, 8998));
+}
+
+TEST(HistoryLine, TheLineWrittenReadsBack) {
+  long values[5] = {0, 5, 1234, 8999, 0};
+  char line[HISTORY_LENGTH + 1];
+  WRITE_HISTORY_LINE(values, line);
+  EXPECT_STREQ(line, "     5      ;    1234    ;    8999    ;     0      ;");
+  EXPECT_THAT(check4(line).values, ElementsAre(5, 1234, 8999, 0));
+}
+
+TEST(HistoryLine, ANumberOfThirteenCharactersKeepsTheSeparator) {
+  long values[5] = {0, 1234567890123, 1, 2, 3};
+  char line[HISTORY_LENGTH + 1];
+  WRITE_HISTORY_LINE(values, line);
+  EXPECT_EQ(strlen(line), 52u);
+  EXPECT_EQ(std::string(line, 13), "123456789012;");
+}
+
+TEST(SixFieldLine, ASoundLineGivesItsSixValues) {
+  Checked checked = check6(fields({"5", "2", "100", "7", "7", "9000"}));
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(5, 2, 100, 7, 7, 9000));
+}
+
+TEST(SixFieldLine, AnEmptyDayMeansToday) {
+  Checked checked = check6(fields({"5", "2", "", "7", "1", ""}));
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(5, 2, 9000, 7, 1, 9000));
+}
+
+TEST(SixFieldLine, ATotalOfZeroMakesTheDayToday) {
+  Checked checked = check6(fields({"0", "0", "100", "", "", "200"}));
+  EXPECT_EQ(checked.faulty, 0);
+  EXPECT_THAT(checked.values, ElementsAre(0, 0, 9000, 0, 0, 9000));
+}
+
+TEST(SixFieldLine, MoreWrongAnswersThanAnswersClearBoth) {
+  Checked checked = check6(fields({"5", "6", "100", "7", "8", "200"}));
+  EXPECT_EQ(checked.faulty, 1);
+  EXPECT_THAT(checked.values, ElementsAre(0, 0, 9000, 0, 0, 9000));
+  EXPECT_EQ(checked.said, "CHECK_EXTRACT_6LINT error at level 5 \n"
+                          "CHECK_EXTRACT_6LINT error at level 10 \n");
+}
+
+TEST(SixFieldLine, ADayLaterThanTodayClearsBothCounts) {
+  Checked checked = check6(fields({"5", "2", "9001", "7", "1", "9002"}));
+  EXPECT_THAT(checked.values, ElementsAre(0, 0, 9000, 0, 0, 9000));
+  EXPECT_EQ(checked.said, "CHECK_EXTRACT_6LINT error at level 7 \n"
+                          "CHECK_EXTRACT_6LINT error at level 12 \n");
+}
+
+TEST(SixFieldLine, NegativeNumbersAreFlaggedAtTheirLevels) {
+  const char *levels[] = {"3", "4", "6", "8", "9", "11"};
+  for (size_t k = 0; k < 6; k++) {
+    std::vector<std::string> texts = {"5", "2", "100", "7", "1", "200"};
+    texts[k] = "-1";
+    Checked checked = check6(fields(texts));
+    EXPECT_EQ(checked.faulty, 1);
+    EXPECT_GE(checked.values[k], 0);
+    EXPECT_THAT(checked.said, HasSubstr("error at level " + std::string(levels[k]) + " \n"));
+  }
+}
+
+TEST(SixFieldLine, ALineOfAnotherLengthIsFlaggedButRead) {
+  std::string line = fields({"5", "2", "100", "7", "1", "200"});
+  Checked checked = check6(line.substr(0, 77));
+  EXPECT_EQ(checked.faulty, 1);
+  EXPECT_THAT(checked.values, ElementsAre(5, 2, 100, 7, 1, 200));
+  EXPECT_EQ(checked.said, "CHECK_EXTRACT_6LINT error at level 1 \n");
+  EXPECT_EQ(check6(fields({"5", "2", "100", "7"})).faulty, 1);
+}
