@@ -2,7 +2,6 @@
 #include "util/line_reader.h"
 
 #include <glib.h>
-#include <stdio_ext.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -49,13 +48,12 @@ constexpr std::array<bool, 256> PLAIN = plain_bytes();
 // none gives the same lines, byte by byte and with a seek for each.
 #ifdef __GLIBC__
 
-// Where a stream that is being read stands, or -1 when only a seek can tell. One that holds no
+// Where a stream that is being read stands; negative when only a seek can tell. One that holds no
 // bytes ready must be sought, which makes it look at the file again: it may have been rewritten.
 long known_position(FILE *fp) {
-  bool ready = fp->_IO_read_ptr < fp->_IO_read_end && !feof_unlocked(fp);
-  if (!ready || __fwriting(fp) || fp->_IO_save_base != nullptr || fp->_offset < 0)
-    return -1;
-  return (long)(fp->_offset - (fp->_IO_read_end - fp->_IO_read_ptr));
+  long ready = fp->_IO_read_end - fp->_IO_read_ptr;
+  bool pushed_back = fp->_IO_save_base != nullptr;
+  return ready > 0 && !pushed_back ? (long)fp->_offset - ready : -1;
 }
 
 // Takes the plain bytes that the stream holds ready; returns how many, *bytes being the first.

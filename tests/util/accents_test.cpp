@@ -281,6 +281,9 @@ TEST(Accents, LigatureThatIsALetterOfASequenceIsNotCounted) {
   EXPECT_EQ(key("\\'\346"), "\346");
   string many = "\\'\346\\'\346\\'\346\346";
   EXPECT_EQ(key(many), "\346aeae");
+  for (int i = 0; i < 5; i++)
+    many = many + many;
+  EXPECT_LE(key(many).size(), many.size());
 }
 
 namespace {
@@ -323,7 +326,7 @@ TEST(Accents, AnyTextGivesTheKeyOfTheModelWithinItsRoom) {
   const string alphabet = "ab\\'~eo\346\306\351AE";
   for (int i = 0; i < 20000; i++) {
     string text;
-    for (unsigned length = chance() % 12; length > 0; length--)
+    for (unsigned length = chance() % 40; length > 0; length--)
       text += alphabet[chance() % alphabet.size()];
     ASSERT_EQ(key(text), model_key(text)) << testing::PrintToString(text);
   }

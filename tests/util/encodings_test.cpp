@@ -126,6 +126,9 @@ TEST(Encodings, NulBytesAreKept) {
 TEST(Encodings, FailedConversionLeavesNoTraceInTheNext) {
   EXPECT_EQ(folded("caf\303"), "(none)");
   EXPECT_EQ(folded("caf\303\251"), "caf\351");
+  // A character that the converter drops, so that the text goes through it.
+  EXPECT_EQ(folded("caf\303"), "(none)");
+  EXPECT_EQ(folded("caf\303\251\363\240\201\201"), "caf\351");
 }
 
 TEST(Encodings, AnyTextGivesWhatTheConverterGives) {

@@ -449,6 +449,8 @@ TEST(LineReader, PushedBackByteIsNotPartOfTheLine) {
   EXPECT_EQ(reader.at(3).next, 4);
   ungetc('X', fp.get());
   EXPECT_EQ(reader.at(4).text, "two");
+  ungetc('X', fp.get());
+  EXPECT_EQ(reader.at(7), (Read{0, 8, 108, ""}));
 }
 
 TEST(LineReader, StreamInMemoryIsReadAsAFile) {
