@@ -12,6 +12,7 @@
 #include "util/owned.h"
 #include "util/paths.h"
 #include "util/report.h"
+#include "util/words.h"
 
 namespace {
 
@@ -140,21 +141,15 @@ int NUM_FROM_ALIAS(char *s_alias, Trf_string *G_dico) {
   size_t place = s_alias[0] == '\0' ? std::string_view::npos : place_of_alias(aliases, s_alias);
   if (place == std::string_view::npos)
     return -1;
-  std::string_view before = aliases.substr(0, aliases.substr(0, place).rfind(' ') + 1);
-  int num = 1;
-  while (!take_word(&before).empty())
-    num++;
-  return num;
+  std::string before(aliases.substr(0, aliases.substr(0, place).rfind(' ') + 1));
+  return COUNT_WORDS(before.c_str()) + 1;
 }
 
 char *S_ALIAS_FROM_NUM(int num, Trf_string *G_dico) {
-  if (!known_number(num, G_dico))
+  if (!known_number(num, G_dico) || G_dico->st_alias == nullptr)
     return nullptr;
-  std::string_view list = list_of(G_dico->st_alias);
-  std::string_view alias;
-  for (int i = 0; i < num; i++)
-    alias = take_word(&list);
-  return alias.empty() ? nullptr : new_text(std::string(alias));
+  std::string alias = NTH_WORD(G_dico->st_alias, num);
+  return alias.empty() ? nullptr : new_text(alias);
 }
 
 char *S_LESSON_FROM_NUM(int num, Trf_string *G_dico) {

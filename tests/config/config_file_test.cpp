@@ -211,6 +211,29 @@ TEST(ConfigFile, ALineThatHoldsTwoKeysBelongsToTheFirstOfTheTable) {
   EXPECT_STREQ(settings.registry.st_lesson, "");
 }
 
+TEST(ConfigFile, TheKeysAreTriedInTheOrderOfTheTable) {
+  const char *integers = "error in EXTRACT_LEVEL n_pages=3";
+  read_settings("Coef_Err Pages :> 1 2 3 <:\n");
+  ENDS_WITH_STATUS(read_settings("Level_dico Coef_Err :> 1 2 3 <:\n"), 1, "FLOAT_EXTRACT_LEVEL");
+  read_settings("Width_pix_vocab Width_pix_dico Level_dico :> 1 2 3 <:\n");
+  ENDS_WITH_STATUS(read_settings("Width_char_dico Width_pix_vocab :> 1 2 3 <:\n"), 1, integers);
+  Trf_settings skipped("Color_0_dico Width_char_dico :> 1 2 3 <:\n");
+  EXPECT_EQ(skipped.read().color(0)[0], 0xFFFF);
+  for (int i = 0; i < 5; i++) {
+    std::string next = i < 4 ? "Color_" + std::to_string(i + 1) + "_dico" : "Horiz_pix_total";
+    Trf_settings colored(next + " Color_" + std::to_string(i) + "_dico :> 1 2 3 <:\n");
+    EXPECT_THAT(colored.read().color(i), testing::ElementsAre(1, 2, 3));
+  }
+  ENDS_WITH_STATUS(read_settings("Font_lesson Verti_pix_total :> 1 2 3 <:\n"), 1, integers);
+  Trf_settings both("Verti_pix_total Horiz_pix_total :> 1 <:\nFont_vocab Font_lesson :> 1 <:\n");
+  both.read();
+  EXPECT_THAT(both.window.book_pix_size, testing::ElementsAre(1, 800, 600));
+  EXPECT_STREQ(both.font_lesson, " 1");
+  Trf_settings vocab("Which_lesson Font_vocab :> 1 <:\n");
+  EXPECT_STREQ(vocab.read().font_vocab, " 1");
+  ENDS_WITH_STATUS(read_settings("Path_idx1 Which_lesson :> 1 <:\n"), 2, "EXTRACT_WHICH_LESSONS");
+}
+
 TEST(ConfigFile, AKeyIsFoundInsideALine) {
   Trf_settings settings("  the width: myWidth_pix_vocabulary :> 321 <:\n");
   EXPECT_EQ(settings.read().window.book_pix_size[2], 321);
