@@ -56,6 +56,10 @@ bool IS_NAME_LINE(const char *line) {
   return line[0] == '#' && line[1] != '#';
 }
 
+// QUIRK entry without star: its name is the whole line and the '*' stands right behind it, with no
+// blank between; a reader would expect the blank that other name lines have. It is meant: an entry
+// named by its whole line ends where the line does.
+// Test: NameLine.AnEntryWithoutStarIsItsWholeLine
 std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, long offset) {
   std::string entry = decoded(text);
   size_t star = std::min(entry.find('*'), entry.size());
