@@ -18,8 +18,8 @@ struct Trf_book;
 //   jcont        entries so far; one more when the entry was found
 //   nbmx_posit   capacity of the table; 20 more when the entry needs it
 // Nothing is added and nothing said when the line has no '*', no dictionary has the alias, or its
-// idx1 file cannot be opened. A dictionary without the entry: two lines in the log, "in file : %s
-// \n" and "INDIRECT_IDX1 no detection of ssd=%s \n".
+// idx1 file cannot be opened. A dictionary without the entry is told by two lines in the log, "in
+// file : ..." and "INDIRECT_IDX1 no detection of ssd=...".
 // Ends of the program: "INDIRECT_IDX1 Error no detection of values icont=...", with status 2 when
 // the Q->R line is missing, 3 when the R->Q line is.
 void INDIRECT_IDX1(FILE *fp_gene, Trf_book *book, char *ssd, int *jcont, int *nbmx_posit);

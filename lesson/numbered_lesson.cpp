@@ -94,17 +94,15 @@ void mark_end(Trf_posit *t_posit) {
   t_posit->QRord_posit[t_posit->nb_posit + 1] = -1;
 }
 
-bool can_be_read(const char *path) {
-  return path != nullptr && OPEN_STREAM(path, "r") != nullptr;
-}
-
 // Opens the dictionary's idx1 file and the generated lesson file for the book. Returns the path of
-// the file that cannot be opened, "" when both are open.
+// the file that cannot be opened; "" when both are open, or where there is no such number.
 std::string open_files(int n, const char *s_idx1, Trf_book *book) {
   Owned_text s_lesson(S_LESSON_FROM_NUM(n, book->G_kentel));
-  if (!can_be_read(s_lesson.get()))
-    return s_lesson != nullptr ? s_lesson.get() : "";
-  book->fp_idx1 = s_idx1 != nullptr ? fopen(s_idx1, "r") : nullptr;
+  if (s_lesson == nullptr || s_idx1 == nullptr)
+    return "";
+  if (OPEN_STREAM(s_lesson.get(), "r") == nullptr)
+    return s_lesson.get();
+  book->fp_idx1 = fopen(s_idx1, "r");
   if (book->fp_idx1 == nullptr)
     return s_idx1;
   book->fp_gene = fopen(CURRENT_GENE_NAME(n), "w");
@@ -136,7 +134,6 @@ void INIT_LESSON(int *ilesson, Trf_book *book) {
   close_stream(&book->fp_idx1);
   if (!close_written(&book->fp_gene))
     return refuse_lesson(CURRENT_GENE_NAME(*ilesson), book);
-  RENEW_ELEM_NEVEZ(book->t_posit);
   for (int sens : {1, 2})
     rank_side(sens, walk.date0, book);
   mark_end(book->t_posit);

@@ -26,6 +26,9 @@ int rank_toward_first(const Trf_side &side, int old_ord, long new_err) {
 
 // The rank of an entry that got better or stayed, between old_ord and the last rank.
 int rank_toward_last(const Trf_side &side, int old_ord, int nb_posit, long new_err) {
+  // QUIRK equals move back: an entry whose score stays the same still goes behind all others of
+  // that score. It looks like a move for nothing; it is meant: of equal entries those not asked
+  // just now come first. Test: Reorder.TheSameScoreMovesAnEntryBackPastItsEquals
   int i0 = 0;
   PLACE_IN_SERIES(new_err, old_ord, nb_posit, side.ord, side.cum_err, &i0);
   if (lighter(side.cum_err[side.ord[i0]], new_err))

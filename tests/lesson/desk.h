@@ -10,6 +10,7 @@
 
 #include "config/registry.h"
 #include "db/history_line.h"
+#include "lesson/numbered_lesson.h"
 #include "score/error_score.h"
 #include "score/position_table.h"
 #include "support/present.h"
@@ -78,6 +79,23 @@ struct Desk {
     return dir.read("log");
   }
 };
+
+// Loads lesson n.
+inline void LOAD(Desk *desk, int n) {
+  INIT_LESSON(&n, &desk->book);
+}
+
+// The name line of entry i, and nb entries known i times.
+inline std::string ENTRY(int i) {
+  return "#mot" + std::to_string(i) + " *a1 " + std::to_string(10 * i) + " * word \r\n";
+}
+
+inline std::string ENTRIES(int nb) {
+  std::string records;
+  for (int i = 1; i <= nb; i++)
+    records += ENTRY(i) + HISTORY(i, 0, 2990, 0) + NEVER();
+  return records;
+}
 
 template <typename Number> std::vector<Number> FIRST_OF(const Number *array, int nb) {
   return std::vector<Number>(array, array + nb);

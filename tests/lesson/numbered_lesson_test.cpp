@@ -1,18 +1,13 @@
-// A numbered lesson loaded: table, generated file, scores, growth, refusals and faults.
+// A numbered lesson loaded: table, generated file, scores, ranks, growth.
 #include "lesson/numbered_lesson.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <random>
 
 #include "lesson/desk.h"
-#include "score/check_order.h"
 
 using testing::Each;
 using testing::ElementsAre;
@@ -20,26 +15,11 @@ using testing::HasSubstr;
 
 namespace {
 
-void load(Desk *desk, int n) {
-  INIT_LESSON(&n, &desk->book);
-}
-
-std::string entry(int i) {
-  return "#mot" + std::to_string(i) + " *a1 " + std::to_string(10 * i) + " * word \r\n";
-}
-
-std::string entries(int nb) {
-  std::string records;
-  for (int i = 1; i <= nb; i++)
-    records += entry(i) + HISTORY(i, 0, 2990, 0) + NEVER();
-  return records;
-}
-
 TEST(NumberedLesson, EveryEntryHasItsRecordAndItsStatistics) {
   Desk desk;
-  desk.write_idx1("one.txt", entry(1) + HISTORY(3, 2, 2995, 2990) + HISTORY(1, 0, 2990, 0) +
-                                 entry(2) + NEVER() + HISTORY(0, 1, 0, 2999) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRY(1) + HISTORY(3, 2, 2995, 2990) + HISTORY(1, 0, 2990, 0) +
+                                 ENTRY(2) + NEVER() + HISTORY(0, 1, 0, 2999) + TRAILER());
+  LOAD(&desk, 1);
   const Trf_posit &t = desk.table;
   EXPECT_EQ(t.nb_posit, 2);
   EXPECT_EQ(t.nbmx_posit, 10);
@@ -71,10 +51,10 @@ TEST(NumberedLesson, EveryEntryHasItsRecordAndItsStatistics) {
 
 TEST(NumberedLesson, NeverAskedComesFirstInEachDirection) {
   Desk desk;
-  desk.write_idx1("one.txt", entry(1) + HISTORY(3, 2, 2995, 2990) + NEVER() + entry(2) + NEVER() +
-                                 HISTORY(1, 0, 2990, 0) + entry(3) + HISTORY(0, 1, 0, 2999) +
+  desk.write_idx1("one.txt", ENTRY(1) + HISTORY(3, 2, 2995, 2990) + NEVER() + ENTRY(2) + NEVER() +
+                                 HISTORY(1, 0, 2990, 0) + ENTRY(3) + HISTORY(0, 1, 0, 2999) +
                                  HISTORY(0, 1, 0, 2999) + TRAILER());
-  load(&desk, 1);
+  LOAD(&desk, 1);
   EXPECT_THAT(ENTRIES_OF(desk.table.QRord_posit, 3), ElementsAre(2, 3, 1));
   EXPECT_THAT(ENTRIES_OF(desk.table.RQord_posit, 3), ElementsAre(1, 3, 2));
   EXPECT_EQ(desk.table.QRcum_err[2], -1);
@@ -84,8 +64,8 @@ TEST(NumberedLesson, NeverAskedComesFirstInEachDirection) {
 TEST(NumberedLesson, OnlyQuestionToResponseCountsMissesAsKnown) {
   Desk desk;
   desk.write_idx1("one.txt",
-                  entry(1) + HISTORY(3, 2, 2995, 2990) + HISTORY(3, 2, 2995, 2990) + TRAILER());
-  load(&desk, 1);
+                  ENTRY(1) + HISTORY(3, 2, 2995, 2990) + HISTORY(3, 2, 2995, 2990) + TRAILER());
+  LOAD(&desk, 1);
   // 2 x 9 - 5 x 3 = 3 against 2 x 9 - 3 x 3 = 9; ageing 2 and bonus 3 in both.
   EXPECT_EQ(desk.table.QRcum_err[1], 8);
   EXPECT_EQ(desk.table.RQcum_err[1], 14);
@@ -93,8 +73,8 @@ TEST(NumberedLesson, OnlyQuestionToResponseCountsMissesAsKnown) {
 
 TEST(NumberedLesson, OnlyQuestionToResponseHasAnEndMark) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(3) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRIES(3) + TRAILER());
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.QRord_posit[4], -1);
   EXPECT_EQ(desk.table.RQord_posit[4], 0);
 }
@@ -104,7 +84,7 @@ TEST(NumberedLesson, AHeaderWithoutEntriesGivesAnEmptyTableAndFile) {
     Desk desk;
     desk.dir.write("idx1_gene", "left over");
     desk.write_idx1("one.txt", end);
-    load(&desk, 1);
+    LOAD(&desk, 1);
     EXPECT_EQ(desk.table.nb_posit, 0);
     EXPECT_EQ(desk.table.nbmx_posit, 10);
     EXPECT_EQ(desk.table.QRord_posit[1], -1);
@@ -118,8 +98,8 @@ TEST(NumberedLesson, TheCapacityGrowsFromTenToThirtyToFifty) {
   const int SIZES[][2] = {{9, 10}, {10, 30}, {29, 30}, {30, 50}, {49, 50}, {50, 70}};
   for (auto [nb, capacity] : SIZES) {
     Desk desk;
-    desk.write_idx1("one.txt", entries(nb) + TRAILER());
-    load(&desk, 1);
+    desk.write_idx1("one.txt", ENTRIES(nb) + TRAILER());
+    LOAD(&desk, 1);
     EXPECT_EQ(desk.table.nb_posit, nb);
     EXPECT_EQ(desk.table.nbmx_posit, capacity);
     for (int i = 1; i <= nb; i++)
@@ -129,8 +109,8 @@ TEST(NumberedLesson, TheCapacityGrowsFromTenToThirtyToFifty) {
 
 TEST(NumberedLesson, TheSaveSlotAndTheSpareElementsAreInsideEveryArray) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(29) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRIES(29) + TRAILER());
+  LOAD(&desk, 1);
   COPY_SLOT(29, 30, &desk.table);
   desk.table.elem_nevez[34] = 1;
   desk.table.posit[34] = 1;
@@ -139,35 +119,35 @@ TEST(NumberedLesson, TheSaveSlotAndTheSpareElementsAreInsideEveryArray) {
 
 TEST(NumberedLesson, ElemNevezStartsAtZero) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(3) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRIES(3) + TRAILER());
+  LOAD(&desk, 1);
   desk.table.elem_nevez[2] = 5;
-  load(&desk, 1);
+  LOAD(&desk, 1);
   EXPECT_THAT(FIRST_OF(desk.table.elem_nevez, 8), Each(0));
 }
 
 TEST(NumberedLesson, LinesBetweenTheRecordsAreSkipped) {
   Desk desk;
-  desk.write_idx1("one.txt", "\r\nfree text\r\n" + entries(1) + "\r\n #not first\r\n\n" +
-                                 entries(2) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", "\r\nfree text\r\n" + ENTRIES(1) + "\r\n #not first\r\n\n" +
+                                 ENTRIES(2) + TRAILER());
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 3);
 }
 
 TEST(NumberedLesson, NothingIsReadBehindTheEndMark) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(1) + "see END_OF_FILE here\r\n" + entries(2));
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRIES(1) + "see END_OF_FILE here\r\n" + ENTRIES(2));
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 1);
 }
 
 TEST(NumberedLesson, AnIndirectEntryTakesItsPlaceInTheLesson) {
   Desk desk;
-  desk.write_idx1("one.txt", entry(1) + NEVER() + NEVER() + "##la maison *b2 x \r\n" + entry(3) +
+  desk.write_idx1("one.txt", ENTRY(1) + NEVER() + NEVER() + "##la maison *b2 x \r\n" + ENTRY(3) +
                                  NEVER() + NEVER() + TRAILER());
   desk.write_idx1("two.txt",
                   "#la maison *b2 40 * \r\n" + HISTORY(7, 0, 2990, 0) + NEVER() + TRAILER());
-  load(&desk, 1);
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 3);
   EXPECT_EQ(desk.table.QRcum_nb[2], 7);
   std::string gene = desk.dir.read("idx1_gene");
@@ -177,9 +157,9 @@ TEST(NumberedLesson, AnIndirectEntryTakesItsPlaceInTheLesson) {
 
 TEST(NumberedLesson, AnIndirectEntryThatIsNotFoundLeavesTheCountAlone) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(1) + "##le chien *b2 \r\n" + entries(1) + TRAILER());
+  desk.write_idx1("one.txt", ENTRIES(1) + "##le chien *b2 \r\n" + ENTRIES(1) + TRAILER());
   desk.write_idx1("two.txt", TRAILER());
-  load(&desk, 1);
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 2);
   EXPECT_EQ(desk.log(), "in file : ./IDX1/idx1_two.txt \n"
                         "INDIRECT_IDX1 no detection of ssd=##le chien * \n"
@@ -191,10 +171,10 @@ TEST(NumberedLesson, IndirectEntriesGrowTheTableToo) {
   std::string records;
   for (int i = 0; i < 31; i++)
     records += "##la maison *b2 \r\n";
-  desk.write_idx1("one.txt", records + entries(1) + TRAILER());
+  desk.write_idx1("one.txt", records + ENTRIES(1) + TRAILER());
   desk.write_idx1("two.txt",
                   "#la maison *b2 40 * \r\n" + HISTORY(7, 0, 2990, 0) + NEVER() + TRAILER());
-  load(&desk, 1);
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 32);
   EXPECT_EQ(desk.table.nbmx_posit, 50);
   EXPECT_EQ(desk.table.QRcum_nb[31], 7);
@@ -203,9 +183,9 @@ TEST(NumberedLesson, IndirectEntriesGrowTheTableToo) {
 
 TEST(NumberedLesson, DamagedHistoryLinesAreLoggedAndTheirValuesUsed) {
   Desk desk;
-  desk.write_idx1("one.txt", entry(1) + HISTORY(3, 2, 3001, 2990) +
+  desk.write_idx1("one.txt", ENTRY(1) + HISTORY(3, 2, 3001, 2990) +
                                  HISTORY(3, 2, 2995, 2990).substr(0, 51) + "\r\n" + TRAILER());
-  load(&desk, 1);
+  LOAD(&desk, 1);
   EXPECT_THAT(ENTRIES_OF(desk.table.QRcum_nb, 1), ElementsAre(0));
   EXPECT_THAT(ENTRIES_OF(desk.table.QRcum_nok, 1), ElementsAre(2));
   EXPECT_THAT(ENTRIES_OF(desk.table.RQcum_nb, 1), ElementsAre(3));
@@ -215,8 +195,8 @@ TEST(NumberedLesson, DamagedHistoryLinesAreLoggedAndTheirValuesUsed) {
 
 TEST(NumberedLesson, TheEndMarkWhereAHistoryLineIsDueIsADamagedLine) {
   Desk desk;
-  desk.write_idx1("one.txt", entry(1) + TRAILER() + NEVER() + entries(1) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRY(1) + TRAILER() + NEVER() + ENTRIES(1) + TRAILER());
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 2);
   EXPECT_THAT(desk.log(), HasSubstr("INIT_LESSON and CHECK_4LINTsome error in file"));
 }
@@ -226,8 +206,8 @@ TEST(NumberedLesson, TheLoopStopsAfter9999PassesEvenIfTheFileGoesOn) {
   std::string blanks;
   for (int i = 0; i < 9996; i++)
     blanks += "\r\n";
-  desk.write_idx1("one.txt", blanks + entries(5) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", blanks + ENTRIES(5) + TRAILER());
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 3);
 }
 
@@ -236,20 +216,20 @@ TEST(NumberedLesson, AHeaderInLine10000IsFound) {
   std::string blanks;
   for (int i = 0; i < 9999; i++)
     blanks += "\r\n";
-  desk.dir.write("IDX1/idx1_one.txt", blanks + "#######\r\n" + entries(1));
-  load(&desk, 1);
+  desk.dir.write("IDX1/idx1_one.txt", blanks + "#######\r\n" + ENTRIES(1));
+  LOAD(&desk, 1);
   EXPECT_EQ(desk.table.nb_posit, 1);
 }
 
 TEST(NumberedLesson, WithLessonZeroOnlyElemNevezIsRenewed) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(3) + TRAILER());
-  load(&desk, 1);
+  desk.write_idx1("one.txt", ENTRIES(3) + TRAILER());
+  LOAD(&desk, 1);
   desk.table.elem_nevez[0] = 4;
   desk.table.elem_nevez[3] = 4;
   desk.table.QRcum_nb[2] = 77;
   std::string log = desk.log();
-  load(&desk, 0);
+  LOAD(&desk, 0);
   EXPECT_THAT(FIRST_OF(desk.table.elem_nevez, 8), Each(0));
   EXPECT_EQ(desk.table.nb_posit, 3);
   EXPECT_EQ(desk.table.QRcum_nb[2], 77);
@@ -258,7 +238,7 @@ TEST(NumberedLesson, WithLessonZeroOnlyElemNevezIsRenewed) {
 
 TEST(NumberedLesson, TheLessonNumberIsNotChanged) {
   Desk desk;
-  desk.write_idx1("two.txt", entries(2) + TRAILER());
+  desk.write_idx1("two.txt", ENTRIES(2) + TRAILER());
   int n = 2;
   INIT_LESSON(&n, &desk.book);
   EXPECT_EQ(n, 2);
@@ -267,119 +247,13 @@ TEST(NumberedLesson, TheLessonNumberIsNotChanged) {
 
 TEST(NumberedLesson, TheNextLoadReplacesTheWholeTable) {
   Desk desk;
-  desk.write_idx1("one.txt", entries(35) + TRAILER());
-  desk.write_idx1("two.txt", entries(2) + TRAILER());
-  load(&desk, 1);
-  load(&desk, 2);
+  desk.write_idx1("one.txt", ENTRIES(35) + TRAILER());
+  desk.write_idx1("two.txt", ENTRIES(2) + TRAILER());
+  LOAD(&desk, 1);
+  LOAD(&desk, 2);
   EXPECT_EQ(desk.table.nb_posit, 2);
   EXPECT_EQ(desk.table.nbmx_posit, 10);
   EXPECT_EQ(desk.table.QRcum_nb[3], 0);
-}
-
-// A refused lesson: an empty, usable table, and nothing open.
-void expect_refused(const Desk &desk, const std::string &path) {
-  EXPECT_EQ(desk.log(), "INIT_LESSON cannot open file " + path + " \n");
-  EXPECT_EQ(desk.table.nb_posit, 0);
-  EXPECT_EQ(desk.table.QRord_posit[1], -1);
-  EXPECT_NE(desk.table.elem_nevez, nullptr);
-  EXPECT_EQ(desk.book.fp_idx1, nullptr);
-  EXPECT_EQ(desk.book.fp_gene, nullptr);
-}
-
-TEST(NumberedLesson, IsRefusedWithoutItsIdx1File) {
-  Desk desk;
-  load(&desk, 1);
-  expect_refused(desk, "./IDX1/idx1_one.txt");
-}
-
-TEST(NumberedLesson, IsRefusedWithoutItsDictionary) {
-  Desk desk;
-  desk.write_idx1("one.txt", entries(2) + TRAILER());
-  unlink("words/one.txt");
-  load(&desk, 1);
-  expect_refused(desk, "words/one.txt");
-}
-
-TEST(NumberedLesson, IsRefusedWhereTheGeneratedFileCannotBeOpened) {
-  Desk desk;
-  desk.write_idx1("one.txt", entries(2) + TRAILER());
-  mkdir("idx1_gene", 0777);
-  load(&desk, 1);
-  expect_refused(desk, "./idx1_gene");
-}
-
-TEST(NumberedLesson, IsRefusedWhereTheGeneratedFileCannotBeWrittenWhole) {
-  Desk desk;
-  desk.write_idx1("one.txt", entries(200) + TRAILER());
-  ASSERT_EQ(symlink("/dev/full", "idx1_gene"), 0);
-  load(&desk, 1);
-  expect_refused(desk, "./idx1_gene");
-}
-
-TEST(NumberedLesson, ASmallGeneratedFileIsCheckedWhenItIsClosed) {
-  Desk desk;
-  desk.write_idx1("one.txt", entries(1) + TRAILER());
-  ASSERT_EQ(symlink("/dev/full", "idx1_gene"), 0);
-  load(&desk, 1);
-  expect_refused(desk, "./idx1_gene");
-}
-
-TEST(NumberedLesson, IsRefusedWhereTheRegistryHasNoSuchNumber) {
-  for (int n : {-1, 4}) {
-    Desk desk;
-    load(&desk, n);
-    expect_refused(desk, "");
-  }
-}
-
-TEST(NumberedLesson, ARefusedLessonReplacesTheOneBefore) {
-  Desk desk;
-  desk.write_idx1("one.txt", entries(15) + TRAILER());
-  load(&desk, 1);
-  load(&desk, 2);
-  EXPECT_EQ(desk.table.nb_posit, 0);
-  EXPECT_EQ(desk.table.nbmx_posit, 10);
-}
-
-TEST(NumberedLessonDeathTest, AFileWithoutItsHeaderEndsTheProgramWithStatus1) {
-  Desk desk;
-  desk.dir.write("IDX1/idx1_one.txt", "first line\r\n" + entries(2) + " #######\r\n");
-  ENDS_WITH_STATUS(load(&desk, 1), 1,
-                   "Error no detection of ####### stop \nn file : ./IDX1/idx1_one.txt \n");
-  EXPECT_EQ(desk.log(), "Error no detection of ####### stop \nn file : ./IDX1/idx1_one.txt \n");
-}
-
-TEST(NumberedLessonDeathTest, AHeaderBehindLine10000EndsTheProgramWithStatus1) {
-  Desk desk;
-  std::string blanks;
-  for (int i = 0; i < 10000; i++)
-    blanks += "\r\n";
-  desk.dir.write("IDX1/idx1_one.txt", blanks + "#######\r\n" + entries(1));
-  ENDS_WITH_STATUS(load(&desk, 1), 1, "Error no detection of ####### stop \n");
-}
-
-TEST(NumberedLessonDeathTest, AnEmptyIdx1FileEndsTheProgramWithStatus1) {
-  Desk desk;
-  desk.dir.write("IDX1/idx1_one.txt", "");
-  ENDS_WITH_STATUS(load(&desk, 1), 1, "Error no detection of ####### stop \n");
-}
-
-TEST(NumberedLessonDeathTest, AMissingQuestionToResponseLineEndsTheProgramWithStatus2) {
-  Desk desk;
-  desk.write_idx1("one.txt", entries(2) + entry(3));
-  ENDS_WITH_STATUS(load(&desk, 1), 2,
-                   "Error no detection of values icont=3 stop \nin file : ./IDX1/idx1_one.txt \n");
-  EXPECT_EQ(desk.log(),
-            "Error no detection of values icont=3 stop \nin file : ./IDX1/idx1_one.txt \n");
-}
-
-TEST(NumberedLessonDeathTest, AMissingResponseToQuestionLineEndsTheProgramWithStatus3) {
-  Desk desk;
-  desk.write_idx1("one.txt", entry(1) + NEVER());
-  ENDS_WITH_STATUS(load(&desk, 1), 3,
-                   "Error no detection of values icont=1 stop \nin file : ./IDX1/idx1_one.txt \n");
-  EXPECT_EQ(desk.log(),
-            "Error no detection of values icont=1 stop \nin file : ./IDX1/idx1_one.txt \n");
 }
 
 // One entry of a random idx1 file, as a plain reader of the format sees it.
@@ -438,7 +312,7 @@ TEST(NumberedLesson, AgreesWithAPlainModelOnRandomIdx1Files) {
     Desk desk;
     Model model = random_model(&chance);
     desk.dir.write("IDX1/idx1_one.txt", model.idx1);
-    load(&desk, 1);
+    LOAD(&desk, 1);
     int nb = (int)model.entries.size();
     ASSERT_EQ(desk.table.nb_posit, nb);
     ASSERT_EQ(desk.dir.read("idx1_gene"), model.gene);
@@ -460,54 +334,6 @@ TEST(NumberedLesson, AgreesWithAPlainModelOnRandomIdx1Files) {
     ASSERT_EQ(ENTRIES_OF(desk.table.RQcum_err, nb), rq_errs);
     ASSERT_EQ(ENTRIES_OF(desk.table.QRord_posit, nb), model_ranks(qr_errs));
     ASSERT_EQ(ENTRIES_OF(desk.table.RQord_posit, nb), model_ranks(rq_errs));
-  }
-}
-
-// A load of a file of any bytes ends in a sound table, or the program at a missing history line.
-void load_any_bytes(Desk *desk) {
-  load(desk, 1);
-  const Trf_posit &t = desk->table;
-  bool sound = t.nb_posit < t.nbmx_posit && t.QRord_posit[t.nb_posit + 1] == -1;
-  VERIF_CLASSMENT(&desk->book);
-  exit(sound ? 0 : 99);
-}
-
-bool sound_end(int status) {
-  int code = WIFEXITED(status) ? WEXITSTATUS(status) : 99;
-  return code == 0 || code == 2 || code == 3;
-}
-
-TEST(NumberedLessonDeathTest, AnyBytesBehindAHeaderDoNoHarm) {
-  std::mt19937 chance(6);
-  // The last one reads as the end of the file; every other round does without it.
-  const std::string PIECES[] = {"#",
-                                "##",
-                                "*",
-                                " ",
-                                "\r\n",
-                                "\n",
-                                "\r",
-                                "\t",
-                                "b2",
-                                "##x *b2",
-                                "\xE9",
-                                "\xC3\xA9",
-                                "12;",
-                                "; ",
-                                "-",
-                                ".",
-                                "99999",
-                                "x",
-                                std::string(1, '\0'),
-                                "\xFF"};
-  for (int round = 0; round < 100; round++) {
-    Desk desk;
-    std::string bytes;
-    for (int i = 0; i < 400; i++)
-      bytes += PIECES[chance() % (std::size(PIECES) - (size_t)(round % 2))];
-    desk.write_idx1("one.txt", bytes + "\r\n\r\nx\r\nx\r\n" + TRAILER());
-    desk.write_idx1("two.txt", "#x *b2 1 *\r\n" + bytes + "\r\n\r\nx\r\nx\r\n" + TRAILER());
-    EXPECT_EXIT(load_any_bytes(&desk), sound_end, "");
   }
 }
 
