@@ -43,11 +43,12 @@ std::string follow_links(std::string path) {
   return path;
 }
 
-// Whether an old file forbids the writing; sets errno as opening it for writing would.
+// Whether neither an old file nor an empty name forbids the writing; sets errno as opening it for
+// writing would.
 bool may_replace(const std::string &path, struct stat *old, bool *exists) {
   *exists = stat(path.c_str(), old) == 0;
   if (!*exists)
-    return errno == ENOENT;
+    return errno == ENOENT && !path.empty();
   if (!S_ISREG(old->st_mode)) {
     errno = S_ISDIR(old->st_mode) ? EISDIR : EINVAL;
     return false;

@@ -22,9 +22,10 @@ struct Trf_new_file {
 };
 
 // Opens the file beside `destination` (its directory, ".new_" before its name). Returns false,
-// with errno telling why, when the destination could not be opened for writing: a missing or
-// unwritable directory, something of that name that is no plain file (a directory, a device), an
-// old file without write permission. A file that the record still held is dropped first.
+// with errno telling why, when the destination could not be opened for writing: an empty name, a
+// missing or unwritable directory, something of that name that is no plain file (a directory, a
+// device), an old file without write permission. A file that the record still held is dropped
+// first.
 bool OPEN_NEW_FILE(const char *destination, Trf_new_file *file);
 
 // The same with the name of the file beside it given by the caller.

@@ -80,6 +80,7 @@ TEST(CopierFichier, ADestinationThatCannotBeOpenedGivesTwo) {
   dir.write("folder/b", "");
   EXPECT_EQ(copier_fichier("a", "folder"), 2);
   EXPECT_EQ(copier_fichier("a", "nowhere/b"), 2);
+  EXPECT_EQ(copier_fichier("a", ""), 2);
 }
 
 TEST(CopierFichier, AMissingSourceIsSeenBeforeTheDestination) {

@@ -97,6 +97,22 @@ TEST(FileTimes, NothingIsSaidOfTwoFilesThatAreThere) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
+TEST(FileTimes, BothTimesAndTheResultAreTraced) {
+  Scratch_dir dir;
+  Zone zone("UTC0");
+  dir.write("origin", "");
+  dir.write("derived", "");
+  modify_at("origin", MOMENT);
+  modify_at("derived", MOMENT - 86400);
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  compare_files("origin", "derived");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "origin modified 2023-11-14 22:13:20\n"
+                                                    "derived modified 2023-11-13 22:13:20\n"
+                                                    "DIFF_TIME_FILE deltat=-1\n");
+  unsetenv("MERTU_TRACE");
+}
+
 TEST(FileTimes, TheHourLivedTwiceIsComparedByTheWallClock) {
   Scratch_dir dir;
   Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");

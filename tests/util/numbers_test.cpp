@@ -115,6 +115,7 @@ TEST(LongIntegers, ANumberIsWhateverStandsUpToTheNextBlank) {
   EXPECT_THAT(take_longs(3, "12 -3 x9", &stop), ElementsAre(3, 12, -3, 0));
   EXPECT_EQ(stop, 8);
   EXPECT_THAT(take_longs(2, "-12 3x"), ElementsAre(2, -12, 3));
+  EXPECT_THAT(take_longs(2, "+7 .5"), ElementsAre(2, 7, 0));
 }
 
 TEST(LongIntegers, NothingIsTakenFromALineThatBeginsWithNoNumber) {

@@ -50,6 +50,9 @@ TEST(PathFromString, BackslashesBecomeSlashes) {
 TEST(PathFromString, ADriveIsACapitalLetterWithAColon) {
   EXPECT_EQ(outcome(PATH_FROM_STRING, "c:\\v.txt"), "./c:/");
   EXPECT_EQ(outcome(PATH_FROM_STRING, "Z:\\v.txt"), "Z:/");
+  EXPECT_EQ(outcome(PATH_FROM_STRING, "A:/v.txt"), "A:/");
+  EXPECT_EQ(outcome(PATH_FROM_STRING, "@:/v.txt"), "./@:/");
+  EXPECT_EQ(outcome(PATH_FROM_STRING, "[:/v.txt"), "./[:/");
   EXPECT_EQ(outcome(PATH_FROM_STRING, "AB/v.txt"), "./AB/");
 }
 

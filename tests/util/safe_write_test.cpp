@@ -114,6 +114,14 @@ TEST(SafeWrite, ADirectoryOrAMissingFolderCannotBeOpened) {
   EXPECT_FALSE(OPEN_NEW_FILE("nowhere/a.txt", &file));
 }
 
+TEST(SafeWrite, AnEmptyNameCannotBeOpened) {
+  Scratch_dir dir;
+  Trf_new_file file;
+  EXPECT_FALSE(OPEN_NEW_FILE("", &file));
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_FALSE(dir.exists(".new_"));
+}
+
 TEST(SafeWrite, AFailedWriteEndsTheProgramAndLeavesTheOldFile) {
   Scratch_dir dir;
   dir.write("a.txt", "old");

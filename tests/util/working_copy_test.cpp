@@ -242,6 +242,14 @@ TEST(WinFile, ALineWithBothMarksIsWrittenAsReadWithoutAChange) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
+TEST(WinFile, ALineWithBothMarksIsTraced) {
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  copied("\xC3\xA9 \xE9t");
+  EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::HasSubstr("\xC3\xA9 \xE9t@@@\n"));
+  unsetenv("MERTU_TRACE");
+}
+
 TEST(WinFile, EveryLineHasItsOwnMarks) {
   EXPECT_EQ(copied("\xC3\xA9\n\xE9t\n"), (Outcome{3, "\xE9\r\n\xE9t\r\n"}));
 }
@@ -372,6 +380,7 @@ TEST(WinFile, ADestinationThatCannotBeOpenedGivesMinusTwo) {
   dir.write("folder/a", "");
   EXPECT_EQ(win_file("source", "nowhere/copy"), -2);
   EXPECT_EQ(win_file("source", "folder"), -2);
+  EXPECT_EQ(win_file("source", ""), -2);
 }
 
 TEST(WinFile, AFullDiskEndsTheProgramAndLeavesTheOldCopy) {
