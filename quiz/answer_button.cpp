@@ -123,6 +123,18 @@ void end_press(bool pause, Trf_book *book) {
   press.inside = false;
 }
 
+gboolean stand_up(gpointer button) {
+  if (gtk_widget_get_realized(GTK_WIDGET(button)))
+    gtk_button_released(GTK_BUTTON(button));
+  return FALSE;
+}
+
+// The release of a press goes by while the button takes none, and would leave it looking pressed.
+void stand_up_soon(Trf_book *book) {
+  if (book->Button1 != nullptr)
+    g_idle_add_full(G_PRIORITY_DEFAULT_IDLE, stand_up, g_object_ref(book->Button1), g_object_unref);
+}
+
 void eject(Trf_book *book) {
   SAY("callback_ok_nok ejected active = 0 ");
   DRAIN_EVENTS(LESSON_MOMENT(), book);
@@ -135,6 +147,7 @@ gboolean callback_ok_nok(GtkWidget *, GdkEvent *event, Trf_book *book) {
     return FALSE;
   if (press.inside || book->active == 0) {
     eject(book);
+    stand_up_soon(book);
     return FALSE;
   }
   press.inside = true;
@@ -142,6 +155,7 @@ gboolean callback_ok_nok(GtkWidget *, GdkEvent *event, Trf_book *book) {
   SET_ANSWER_BUTTON(false, book);
   bool pause = handle_press(event->button.button, event, book);
   end_press(pause, book);
+  stand_up_soon(book);
   return FALSE;
 }
 

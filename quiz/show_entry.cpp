@@ -22,7 +22,7 @@ struct Memory {
   long address = 0;   // offset of the entry on screen in its working copy
 } memory;
 
-// The side of the entry whose lines stand first in it counts as the question: 1, else 2.
+// Which side of the entry is asked: 1 its question, 2 its response. Only side 1 has sound lines.
 int side_to_ask(const Trf_book *book) {
   return book->sens_qr == 2 ? 2 : 1;
 }
