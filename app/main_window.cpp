@@ -20,6 +20,7 @@ const int MAX_COMMAND_LENGTH = 50; // characters
 const int SEPARATOR_PADDING = 5;   // pixels
 const int LEFT_MARGIN = 15;        // pixels
 const int RIGHT_MARGIN = 10;       // pixels
+const int MAX_WINDOW_SIZE = 32767; // pixels; the screen's protocol knows no larger coordinate
 
 // A button of one of the two rows: how it looks and what it calls, with the book as data.
 struct Trf_button {
@@ -73,12 +74,18 @@ GtkWidget *add_button(const Trf_button *look, GtkWidget *box, Trf_book *book) {
   return button;
 }
 
+// A side of the window as the toolkit takes it: one below 0 is left to it.
+int window_side(int pixels) {
+  return CLAMP(pixels, -1, MAX_WINDOW_SIZE);
+}
+
 // The window with its divider, empty.
 void add_window(const Trf_geometry *geometry, Trf_book *book) {
   GtkWidget *window = book->pWindow = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_title(GTK_WINDOW(window), "Mertu");
   gtk_window_set_position(GTK_WINDOW(window), GTK_WIN_POS_CENTER);
-  gtk_window_set_default_size(GTK_WINDOW(window), geometry->width, geometry->height);
+  gtk_window_set_default_size(GTK_WINDOW(window), window_side(geometry->width),
+                              window_side(geometry->height));
   gtk_window_set_resizable(GTK_WINDOW(window), TRUE);
   g_signal_connect(window, "destroy", G_CALLBACK(window_gone), book);
   book->hpaned = gtk_hpaned_new();

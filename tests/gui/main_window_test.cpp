@@ -154,6 +154,19 @@ TEST(MainWindow, TakesTheConfiguredSizeAndDivider) {
   EXPECT_EQ(gtk_paned_get_position(GTK_PANED(window.book->hpaned)), 550);
 }
 
+TEST(MainWindow, StandsWithSizesAndFontsThatMakeNoSense) {
+  for (std::string odd :
+       {"Horiz_pix_total :> -5 <:", "Horiz_pix_total :> 0 <:", "Verti_pix_total :> 2147483647 <:",
+        "Width_pix_vocab :> -77 <:", "Width_pix_vocab :> 2147483647 <:", "Font_vocab :> - <:",
+        "Font_vocab :> 4000 <:", "Font_lesson :> helvetica 99999999999 <:"}) {
+    Test_files files = TWO_LESSONS();
+    files["mertu.conf"] += odd + "\n";
+    Test_window window(files);
+    EXPECT_TRUE(window.alive()) << odd;
+    EXPECT_EQ(window.book->start_lesson, 1) << odd;
+  }
+}
+
 TEST(MainWindow, TheDividerHoldsTwoFramesThatResizeAndDoNotShrink) {
   Test_window window(TWO_LESSONS());
   Trf_book *book = window.book;
@@ -362,7 +375,7 @@ TEST(MainWindow, ClosingItEndsTheMainLoopAndForgetsItsWidgets) {
 TEST(MainWindow, ClosingItRecordsAndRemembersNothing) {
   Test_window window(TWO_LESSONS());
   std::string index = window.dir().read("IDX1/idx1_a.txt");
-  for (int i = 0; i < 5; i++) // confirm, describe, start, response, verdict
+  for (int i = 0; i < 4; i++) // describe, start, response, verdict
     window.press(window.book->Button1, LEFT);
   window.close();
   EXPECT_TRUE(window.ended());

@@ -69,7 +69,7 @@ TEST(Navigation, NumbersBelowOneMoveToTheirOwnNeighbours) {
 
 TEST(Navigation, ADrillIsLeftForTheLessonAsked) {
   Test_window window(five_lessons());
-  for (int i = 0; i < 3; i++) // confirm, describe, start
+  for (int i = 0; i < 2; i++) // describe, start
     window.press(window.book->Button1, LEFT);
   ASSERT_EQ(window.book->start_lesson, 3);
   window.press(window.button("Next"), LEFT);
@@ -77,4 +77,93 @@ TEST(Navigation, ADrillIsLeftForTheLessonAsked) {
   EXPECT_EQ(window.book->exfp, 0);
   EXPECT_EQ(window.book->fp, nullptr);
   EXPECT_THAT(window.pane_lines(), Contains(announcement(2)));
+}
+
+// Handlers process the events that wait, so what waits behind a press may come in the middle of it.
+class QueuedBehindAVerdict : public testing::Test {
+protected:
+  Test_window window{five_lessons()};
+
+  QueuedBehindAVerdict() {
+    for (int i = 0; i < 3; i++) // describe, start, response
+      window.press(window.book->Button1, LEFT);
+    EXPECT_EQ(window.book->state, 2);
+    window.queue_press(window.book->Button1, RIGHT);
+  }
+};
+
+TEST_F(QueuedBehindAVerdict, NextWinsAndItsAnnouncementStands) {
+  window.queue_press(window.button("Next"), LEFT);
+  window.handle();
+  EXPECT_EQ(window.book->ilesson, 2);
+  EXPECT_EQ(window.book->start_lesson, 1);
+  EXPECT_THAT(window.pane_lines(), testing::ElementsAre("  ", announcement(2), "l2", "  ",
+                                                        "=============================="));
+  EXPECT_TRUE(SENSITIVE(window.book->Button1));
+  EXPECT_EQ(window.book->active, 1);
+}
+
+TEST_F(QueuedBehindAVerdict, QuitEndsTheMainLoop) {
+  window.queue_press(window.button("Quit"), LEFT);
+  window.handle();
+  EXPECT_TRUE(window.ended());
+  EXPECT_THAT(window.pane_lines(), testing::IsEmpty()); // no question for one who leaves
+}
+
+TEST_F(QueuedBehindAVerdict, TheWindowMayBeClosed) {
+  window.queue_close();
+  window.handle();
+  EXPECT_TRUE(window.ended());
+  EXPECT_FALSE(window.alive());
+}
+
+TEST_F(QueuedBehindAVerdict, ACommandMayBeTyped) {
+  gtk_widget_grab_focus(window.book->entry_book);
+  window.queue_keys("2\n");
+  window.handle();
+  EXPECT_EQ(window.command(), "2");
+  EXPECT_EQ(window.book->start_lesson, 3);
+  EXPECT_EQ(window.book->state, 1);
+}
+
+TEST_F(QueuedBehindAVerdict, EverythingAtOnceEndsWithTheClosedWindow) {
+  window.queue_press(window.button("Next"), LEFT);
+  window.queue_press(window.book->Button1, LEFT);
+  window.queue_keys("2\n");
+  window.queue_press(window.button("Prev"), LEFT);
+  window.queue_press(window.book->Button1, LEFT);
+  window.queue_close();
+  window.handle();
+  EXPECT_TRUE(window.ended());
+  EXPECT_FALSE(window.alive());
+}
+
+TEST(QueuedBeforeAVerdict, NextTakesThePressBehindItToTheNewLesson) {
+  Test_window window(five_lessons());
+  for (int i = 0; i < 3; i++) // describe, start, response
+    window.press(window.book->Button1, LEFT);
+  window.queue_press(window.button("Next"), LEFT);
+  window.queue_press(window.book->Button1, LEFT);
+  window.handle();
+  EXPECT_EQ(window.book->ilesson, 2);
+  EXPECT_EQ(window.book->start_lesson, 2);
+  EXPECT_THAT(window.pane_lines(), Contains("Confirm learning vocabulary of lesson 2"));
+}
+
+TEST(QueuedBeforeAVerdict, QuitAndAClosedWindowLeaveThePressUnheard) {
+  {
+    Test_window window(five_lessons());
+    window.queue_press(window.button("Quit"), LEFT);
+    window.queue_press(window.book->Button1, LEFT);
+    window.handle();
+    EXPECT_TRUE(window.ended());
+    EXPECT_EQ(window.book->start_lesson, 1);
+  }
+  Test_window window(five_lessons());
+  window.queue_close();
+  window.queue_press(window.book->Button1, LEFT);
+  window.handle();
+  EXPECT_TRUE(window.ended());
+  EXPECT_FALSE(window.alive());
+  EXPECT_EQ(window.book->start_lesson, 1);
 }
