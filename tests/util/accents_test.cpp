@@ -71,12 +71,8 @@ TEST(Accents, TheseSequencesExistAndNoOthers) {
         continue;
       string pair = {(char)sign, (char)letter};
       auto found = table.find(pair);
-      string expected = found != table.end() ? found->second : "";
-      string result = decoded("\\" + pair);
-      if (found != table.end())
-        EXPECT_EQ(result, expected) << pair;
-      else
-        EXPECT_EQ(result[0], '\\') << pair;
+      string unknown = "\\" + decoded(string(1, (char)letter));
+      EXPECT_EQ(decoded("\\" + pair), found != table.end() ? found->second : unknown) << pair;
     }
   }
 }
@@ -170,6 +166,32 @@ TEST(Accents, SpaceBetweenTwoMarksIsBoundOnce) {
   EXPECT_EQ(french("\253 ?"), "\253" + NO_BREAK + "?");
 }
 
+TEST(Accents, TheseMarksAreBoundAndNoOthers) {
+  const string opening = "<\253\223\"";
+  const string closing = ">\273\224\"?!;:";
+  for (int byte = 1; byte < 256; byte++) {
+    char mark = (char)byte;
+    if (mark == '\t' || mark == '\\')
+      continue;
+    string before = decoded({mark, ' ', 'x'}), behind = decoded({'x', ' ', mark});
+    if (opening.find(mark) != string::npos)
+      before[1] = NO_BREAK[0];
+    if (closing.find(mark) != string::npos)
+      behind[1] = NO_BREAK[0];
+    EXPECT_EQ(french({mark, ' ', 'x'}), before) << "byte " << byte;
+    EXPECT_EQ(french({'x', ' ', mark}), behind) << "byte " << byte;
+  }
+}
+
+TEST(Accents, OnlyASpaceIsBound) {
+  for (int byte = 1; byte < 256; byte++) {
+    if (byte == '\t' || byte == '\\' || byte == ' ')
+      continue;
+    string text = {'<', (char)byte, '?'};
+    EXPECT_EQ(french(text), decoded(text)) << "byte " << byte;
+  }
+}
+
 TEST(Accents, TabIsBoundAsTheSpacesItBecomes) {
   EXPECT_EQ(french("a\t?"), "a" + string(7, ' ') + NO_BREAK + "?");
 }
@@ -257,6 +279,21 @@ TEST(Accents, KeyOfASequenceIsItsLetterWhateverItIs) {
   for (const char *pair : {"ae", "oe", "AE", "OE"})
     EXPECT_EQ(key(string("x\\") + pair + "y"), string("x") + pair + "y");
   EXPECT_EQ(key("x\\oEy"), "x\\Ey");
+}
+
+TEST(Accents, KeyKnowsTheseSequencesAndNoOthers) {
+  const string signs = "~`'^:,";
+  for (int sign = 1; sign < 256; sign++) {
+    for (int letter = 1; letter < 256; letter++) {
+      string pair = {(char)sign, (char)letter};
+      string expected = "\\" + key(pair.substr(1));
+      if (signs.find(pair[0]) != string::npos)
+        expected = pair.substr(1);
+      if (pair == "ae" || pair == "oe" || pair == "AE" || pair == "OE")
+        expected = pair;
+      EXPECT_EQ(key("\\" + pair), expected) << pair;
+    }
+  }
 }
 
 TEST(Accents, LigaturePassOverwritesWhatFollows) {

@@ -291,6 +291,20 @@ TEST(LineReader, MixedLineIsOnlyTraced) {
   unsetenv("MERTU_TRACE");
 }
 
+TEST(LineReader, EveryKindOfBadSequenceMakesALineMixed) {
+  // Bytes below and above those that continue, too few of them, a byte that announces nothing.
+  setenv("MERTU_TRACE", "1", 1);
+  for (const char *bad : {"\351t", "\303\300", "\342\202", "\342\202t", "\370", "\376"}) {
+    testing::internal::CaptureStdout();
+    first_line(string("\303\251") + bad + "\n");
+    EXPECT_NE(testing::internal::GetCapturedStdout(), "") << testing::PrintToString(bad);
+    testing::internal::CaptureStdout();
+    first_line(string(bad) + "\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << testing::PrintToString(bad);
+  }
+  unsetenv("MERTU_TRACE");
+}
+
 TEST(LineReader, CharacterThatCp1252LacksLeavesTheLineAsItIs) {
   expect_first("\316\261 \303\251\n", 5, 6, "\316\261 \303\251");
   expect_first("\303\251 \302\201\n", 5, 6, "\303\251 \302\201");
