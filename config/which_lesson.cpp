@@ -45,9 +45,8 @@ void append_text(const std::string &text, Trf_string *G_dico) {
 void add_name(const std::string &path, const std::string &name, int *nb_found, Trf_string *G_dico) {
   if (!FILE_OPENS(path + name))
     return;
-  if (G_dico->st_lesson[0] != '\0')
-    append_text(" ", G_dico);
-  append_text((*nb_found == 0 ? path : "&/") + name, G_dico);
+  const char *blank = G_dico->st_lesson[0] == '\0' ? "" : " ";
+  append_text(blank + (*nb_found == 0 ? path : "&/") + name, G_dico);
   (*nb_found)++;
   G_dico->nb_lesson++;
 }

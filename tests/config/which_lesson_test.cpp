@@ -159,12 +159,26 @@ TEST(WhichLesson, TheListGrowsToTheNeededLengthPlusFifty) {
   EXPECT_EQ(reading.registry.lenmx_string, 70);
 }
 
+TEST(WhichLesson, TheListGrowsOnceForAnItemAndTheBlankBeforeIt) {
+  Trf_reading reading({"abcdefghijklmnopq", "bcd"});
+  EXPECT_EQ(reading.read("abcdefghijklmnopq bcd\n<:\n").size(), 25u);
+  EXPECT_EQ(reading.registry.lenmx_string, 75);
+}
+
 TEST(WhichLesson, TheClosedListEndsInABlankAndIsShrunk) {
   Trf_reading reading({"a"});
   reading.read("a\n<:\n");
   CLOSE_LESSON_LIST(&reading.registry);
   EXPECT_STREQ(reading.registry.st_lesson, "./a ");
   EXPECT_EQ(reading.registry.lenmx_string, 5);
+}
+
+TEST(WhichLesson, AnEmptyListIsClosedByABlankToo) {
+  Trf_reading reading({});
+  reading.read("<:\n");
+  CLOSE_LESSON_LIST(&reading.registry);
+  EXPECT_STREQ(reading.registry.st_lesson, " ");
+  EXPECT_EQ(reading.registry.lenmx_string, 2);
 }
 
 TEST(WhichLesson, AFullListGrowsForItsLastBlank) {
