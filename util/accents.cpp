@@ -150,17 +150,21 @@ void write_backslash(int *i, int *j, char *s1) {
   *i += 1;
 }
 
-// Splits the ligatures of a key, from its end backwards.
+// Splits the nb ligatures of a key, from its end backwards.
+//   j       where the walk has written the NUL behind the key
+//   length  of the text that the key was made of
 //
 // QUIRK ligature pass: the bytes behind a ligature are not moved up, so the second letter takes the
-// place of one of them ("b", ae, "c" gives "bae"), and with several ligatures the first letters
-// move. A reader would expect room to be made. It is meant: every key is made by this pass, and
-// keys are only compared with keys. Test: Accents.LigaturePassOverwritesWhatFollows
-void split_ligatures(int nb, char *s1) {
-  std::string key(s1);
-  int k = (int)key.size() + 1;
+// place of one of them ("b", ae, "c" gives "bae"), with several ligatures the first letters move,
+// and what the text held behind its key can come to light. A reader would expect room to be made.
+// It is meant: every key is made by this pass, and keys are only compared with keys.
+// Test: Accents.LigaturePassOverwritesWhatFollows
+void split_ligatures(int j, int length, int nb, char *s1) {
+  std::string key(s1, (size_t)length + 1);
+  key.resize((size_t)(length + nb) + 2, '\0');
+  int k = j + 1;
   int m = k + nb;
-  key.resize((size_t)m + 1, '\0');
+  key[(size_t)k] = 0;
   for (; k >= 0; k--, m--) {
     if (!is_ligature(key[(size_t)k]))
       continue;
@@ -214,7 +218,7 @@ void RM_ACCENTS(char *s1) {
     }
   }
   if (nb > 0)
-    split_ligatures(nb, s1);
+    split_ligatures(j, length, nb, s1);
 }
 
 void WORK_RM_ACCENT(int *i, int *j, char *s1) {

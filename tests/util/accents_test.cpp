@@ -314,6 +314,10 @@ TEST(Accents, LaterLigaturesLandFurtherOn) {
   EXPECT_EQ(key("\346\346x\346"), "aeae");
 }
 
+TEST(Accents, LigaturesAtTheEndBringBackWhatTheTextHeldBehindTheKey) {
+  EXPECT_EQ(key("\\'e\\'e\346\346"), "eeaeae\346\346");
+}
+
 TEST(Accents, LigatureThatIsALetterOfASequenceIsNotCounted) {
   EXPECT_EQ(key("\\'\346"), "\346");
   string many = "\\'\346\\'\346\\'\346\346";
@@ -341,8 +345,6 @@ string model_key(const string &text) {
   block[(size_t)j + 1] = 0;
   if (nb == 0)
     return block.c_str();
-  for (size_t i = (size_t)j; i < block.size(); i++)
-    block[i] = 0;
   string before(100, '\0');
   string room = before + block;
   int m = 100 + j + 1 + nb;
