@@ -23,7 +23,10 @@ void start_list(Trf_string *G_dico) {
   G_dico->nb_lesson = 0;
 }
 
+// Stores a name; an empty one (a directory of a range, bare) would be no item, and is left out.
 void store_name(const std::string &name, int *n_pages, Trf_string *G_dico) {
+  if (name.empty())
+    return;
   size_t length = strlen(G_dico->st_lesson);
   size_t needed = length + name.size() + 1;
   if ((int)needed > G_dico->lenmx_str_lesson) {

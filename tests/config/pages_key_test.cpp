@@ -83,6 +83,13 @@ TEST(PagesKey, WhereTheFirstFileOfARangeIsMissingNoNameHasADirectory) {
   EXPECT_EQ(reading.read("Pages :> d/le1->3.txt <:"), "le2.txt le3.txt ");
 }
 
+TEST(PagesKey, ARangeOfDirectoriesCountsNoEmptyName) {
+  Trf_reading reading({"d1/a", "d2/a"});
+  EXPECT_EQ(reading.read("Pages :> d1->2/ d1/a <:"), "d1/ d1/a ");
+  EXPECT_EQ(reading.registry.nb_lesson, 2);
+  EXPECT_EQ(reading.n_pages, 2);
+}
+
 TEST(PagesKey, ADownwardRangeYieldsNothing) {
   Trf_reading reading({"le1.txt", "le2.txt", "le3.txt"});
   EXPECT_EQ(reading.read("Pages :> le3->1.txt <:"), "");
