@@ -131,7 +131,7 @@ bool read_old_index(FILE *fp_log, const char *s_idx1, Trf_classmt *old) {
 
 void UPDATE_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1) {
   Log_registered registered(fp_log);
-  Owned_stream fp = OPEN_STREAM(scpy_lesson, "r");
+  Owned_stream fp = OPEN_SOURCE(scpy_lesson);
   if (!fp)
     exit(32);
   Owned_text s_alias(EXTRACT_SHABANG(fp.get()));
@@ -142,6 +142,8 @@ void UPDATE_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1) {
     stop_on_file(fp_log, "write", s_idx1);
   int nb = 0;
   IDX1_DICO(fp_log, fp.get(), s_idx1, s_alias.get(), idx1.fp, has_old ? &old : nullptr, &nb);
+  if (ferror(fp.get()))
+    stop_on_file(fp_log, "read", scpy_lesson);
   COMMIT_OR_STOP(&idx1, s_idx1, fp_log);
   LOG_LINE(fp_log, "file = %s has been updated \n", s_idx1);
   FREE_CLASSMT(&old);

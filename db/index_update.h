@@ -14,8 +14,10 @@ void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit);
 // Refreshes the working copies (the directory CPY beside the index directory, made where missing):
 // win_file copies every dictionary that is newer than its copy or has none. Dictionaries of one
 // name, which share one copy and one index, are told on standard output.
-// Ends the program with status 1 where a dictionary is missing ("Error file %s  does not exist stop
-// \n") or a copy cannot be written ("cannot write file %s: %s \n").
+// A dictionary or copy that cannot be opened is told ("cannot read file %s: %s \n", "cannot write
+// file %s: %s \n") and leaves the older copy. Ends the program with status 1 where a dictionary is
+// missing ("Error file %s  does not exist stop \n"), or where reading or writing fails after that
+// (the same texts).
 void CPY_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson);
 
 // Rebuilds (UPDATE_IDX1_FILE) every idx1 file that is older than its working copy or missing; the
@@ -26,11 +28,12 @@ void IDX1_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson);
 // replaced as a whole (util/safe_write). Its copy stays behind as "./idx1_old".
 // scpy_lesson: path of the working copy. s_idx1: path of the idx1 file.
 // Ends the program before anything is written: status 32 without a message where the working copy
-// cannot be opened; status 1 where the old index exists but cannot be read ("cannot read file %s:
-// %s \n") or copied ("cannot write file %s: %s \n"), where ./idx1_old cannot be opened ("sub
-// IDX1_EACH_DICO error fp_class STOP \n"), or as CLASS_OLD_WORDS does. Also as IDX1_DICO does, and
-// with status 1 where the new file cannot be written ("cannot write file %s: %s \n"): the old idx1
-// file then still stands.
+// cannot be opened (a directory counts as such); status 1 where the old index exists but cannot be
+// read ("cannot read file %s: %s \n") or copied ("cannot write file %s: %s \n"), where ./idx1_old
+// cannot be opened ("sub IDX1_EACH_DICO error fp_class STOP \n"), or as CLASS_OLD_WORDS does. Also
+// as IDX1_DICO does, and with status 1 where the working copy cannot be read to its end ("cannot
+// read file %s: %s \n") or the new file cannot be written ("cannot write file %s: %s \n"): the old
+// idx1 file then still stands.
 void UPDATE_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1);
 
 #endif

@@ -1,6 +1,7 @@
 // The old index of a dictionary, read back so that a rebuild can carry every history over.
 #include "db/old_index.h"
 
+#include <errno.h>
 #include <glib.h>
 #include <string.h>
 
@@ -44,6 +45,13 @@ void add_words(const char *name_line, FILE *fp_log, std::string *words) {
     stop_without_star(fp_log);
   *words += ' ';
   words->append(name_line + 1, star + 1);
+}
+
+// A fault of the disk looks like the end of the file, and the histories behind it like none.
+void stop_where_unreadable(const Trf_classmt *old) {
+  int reason = errno;
+  if (ferror(old->fp_class))
+    STOP_PROGRAM(old->fp_log, 1, "cannot read file %s: %s \n", OLD_INDEX, strerror(reason));
 }
 
 // QUIRK first 10000 lines of an old index: what lies behind is not carried over; a reader would
@@ -100,6 +108,7 @@ void CLASS_OLD_WORDS(Trf_classmt *trf_classmt) {
     add_record(walk.line.start, trf_classmt);
     add_words(walk.line.text, trf_classmt->fp_log, &words);
   }
+  stop_where_unreadable(trf_classmt);
   tell_where_cut(&walk, trf_classmt);
   store_words(words, trf_classmt);
 }

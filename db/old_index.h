@@ -37,7 +37,8 @@ void FREE_CLASSMT(Trf_classmt *trf_classmt);
 // standard output and what lies behind is not known.
 // Ends the program with status 1 where no header separator is found ("Error no detection of #######
 // stop \n") or a name line has no '*' ("Error no detection of #     *  stop \n"), each followed by
-// "n file : ./idx1_old \n", in the log and on standard output.
+// "n file : ./idx1_old \n", in the log and on standard output; and where the file cannot be read to
+// its end ("cannot read file ./idx1_old: %s \n").
 void CLASS_OLD_WORDS(Trf_classmt *trf_classmt);
 
 // The questions of ss_words, by text: the number (from 1) of the first record with that question.

@@ -72,6 +72,14 @@ TEST(UpdateIdx1File, WithoutAnOldIndexHistoriesAreBlank) {
   EXPECT_THAT(home.logged(), EndsWith("file = ./IDX1/idx1_a has been updated \n"));
 }
 
+TEST(UpdateIdx1File, WithoutAnAliasTheNameLinesCarryNone) {
+  Home home;
+  home.dir.write("CPY/a", "#a * 1\r\n");
+  update(&home);
+  EXPECT_EQ(home.dir.read("IDX1/idx1_a"),
+            idx1_header("./IDX1/idx1_a", "") + "#a * 0 * 1 \r\n" + BLANK_HISTORY + idx1_trailer(8));
+}
+
 TEST(UpdateIdx1File, TheOldHistoryIsKeptAndTheOldIndexStaysBehind) {
   Home home;
   home.dir.write("CPY/a", COPY);
@@ -102,6 +110,24 @@ TEST(UpdateIdx1File, AMissingWorkingCopyEndsTheProgramWithoutAWord) {
   Home home;
   ENDS_WITH_STATUS(update(&home), 32, "^$");
   EXPECT_EQ(home.logged(), "");
+}
+
+TEST(UpdateIdx1File, AWorkingCopyThatIsADirectoryLeavesTheOldIndex) {
+  Home home;
+  std::filesystem::create_directory("CPY/a");
+  home.dir.write("IDX1/idx1_a", OLD_IDX1);
+  ENDS_WITH_STATUS(update(&home), 32, "^$");
+  EXPECT_EQ(home.dir.read("IDX1/idx1_a"), OLD_IDX1);
+}
+
+TEST(UpdateIdx1File, AWorkingCopyThatCannotBeReadToItsEndLeavesTheOldIndex) {
+  Home home;
+  // Opens like a file, and nothing can be read where it begins.
+  std::filesystem::create_symlink("/proc/self/mem", "CPY/a");
+  home.dir.write("IDX1/idx1_a", OLD_IDX1);
+  ENDS_WITH_STATUS(update(&home), 1, "^cannot read file ./CPY/a: Input/output error \n$");
+  EXPECT_THAT(home.logged(), EndsWith("cannot read file ./CPY/a: Input/output error \n"));
+  EXPECT_EQ(home.dir.read("IDX1/idx1_a"), OLD_IDX1);
 }
 
 TEST(UpdateIdx1File, AnOldIndexThatIsNoFileEndsTheProgram) {

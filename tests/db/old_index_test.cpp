@@ -4,6 +4,7 @@
 #include "support/prelude.h"
 #include "support/scratch.h"
 
+#include <errno.h>
 #include <string.h>
 
 #include <algorithm>
@@ -47,6 +48,34 @@ std::string records(int nb) {
   for (int i = 1; i <= nb; i++)
     text += "#w" + std::to_string(i) + " *fr1 0 *\r\n" + NEVER + NEVER;
   return text;
+}
+
+// A file whose disk fails behind these bytes.
+struct Faulty_disk {
+  std::string bytes;
+  size_t place = 0;
+};
+
+ssize_t read_faulty(void *cookie, char *buffer, size_t size) {
+  Faulty_disk *disk = (Faulty_disk *)cookie;
+  size_t nb = std::min(size, disk->bytes.size() - disk->place);
+  memcpy(buffer, disk->bytes.data() + disk->place, nb);
+  disk->place += nb;
+  errno = EIO;
+  return nb > 0 ? (ssize_t)nb : -1;
+}
+
+int seek_faulty(void *cookie, off64_t *offset, int) {
+  Faulty_disk *disk = (Faulty_disk *)cookie;
+  disk->place = std::min((size_t)*offset, disk->bytes.size());
+  return 0;
+}
+
+FILE *open_faulty(Faulty_disk *disk) {
+  cookie_io_functions_t routines = {};
+  routines.read = read_faulty;
+  routines.seek = seek_faulty;
+  return fopencookie(disk, "r", routines);
 }
 
 // The search that the table stands for.
@@ -113,6 +142,16 @@ TEST(ClassOldWords, ANameLineWithoutStarEndsTheProgram) {
   ENDS_WITH_STATUS(CLASS_OLD_WORDS(&old.record), 1,
                    "Error no detection of #     \\*  stop \nn file : ./idx1_old \n");
   EXPECT_EQ(old.dir.read("log"), "Error no detection of #     *  stop \nn file : ./idx1_old \n");
+}
+
+TEST(ClassOldWords, AFileThatCannotBeReadToItsEndEndsTheProgram) {
+  Old old("");
+  Faulty_disk disk = {HEADER + records(3)};
+  fclose(old.record.fp_class);
+  old.record.fp_class = open_faulty(&disk);
+  ENDS_WITH_STATUS(CLASS_OLD_WORDS(&old.record), 1,
+                   "^cannot read file ./idx1_old: Input/output error \n$");
+  EXPECT_EQ(old.dir.read("log"), "cannot read file ./idx1_old: Input/output error \n");
 }
 
 TEST(ClassOldWords, TellsOfAnIndexLongerThan10000Lines) {
