@@ -67,6 +67,11 @@ std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, lon
   return folded("#" + entry.substr(0, star) + reference(s_alias, offset) + rest);
 }
 
+// QUIRK name that begins with a mark: a text that begins with '#' (a whole entry line, where the
+// line behind "Q>" is blank) makes a name line that begins with "##", which every reader of an
+// index takes for a double line. A reader would expect the mark to be left out. It is meant: the
+// text is the name as it stands, and the learner wrote no name.
+// Test: Idx1Dico.ALaterNameThatBeginsWithTheMarkIsNotFoundAgain
 std::string NAME_LINE_OF_TEXT(const std::string &text, const char *s_alias, long offset) {
   std::string name = decoded(text);
   name.resize(std::min(name.find_first_of(",;"), std::min(name.size(), MAX_NONAME_TEXT)));

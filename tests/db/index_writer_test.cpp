@@ -197,6 +197,32 @@ TEST(Idx1Dico, TwoEntriesOfOneQuestionTakeTheFirstHistory) {
             "#a *fr1 0 * 1 \r\n" + first + "#a *fr1 7 * 2 \r\n" + first);
 }
 
+TEST(Idx1Dico, ANameWithoutTheLetterThatKeptItsLineIsNotFoundAgain) {
+  const std::string question = "\303\251t\303\251"; // UTF-8
+  const std::string odd = "\342\230\272";           // a letter that CP1252 lacks
+  const std::string history = history_line(3, 1, 100, 90) + history_line(2, 0, 80, 0);
+  auto rebuilt = [&](const std::string &copy) {
+    std::string old_index = write_index(copy).idx1;
+    old_index.replace(old_index.find(BLANK_HISTORY), BLANK_HISTORY.size(), history);
+    return body_of(write_index(copy, old_index));
+  };
+  std::string far = "#" + question + " * " + std::string(100, 'x');
+  EXPECT_EQ(rebuilt(far + odd + "\n"),
+            "#" + question + " *fr1 0 * " + std::string(92, 'x') + " \r\n" + BLANK_HISTORY);
+  EXPECT_EQ(rebuilt("#\nQ>" + question + ", " + odd + "\n"),
+            "#" + question + " *fr1 0 * \r\n" + BLANK_HISTORY);
+  // Where the letter stays in the name line, or no letter lacks a form, the history is found.
+  EXPECT_THAT(rebuilt("#" + question + " * " + odd + "\n"), EndsWith(history));
+  EXPECT_THAT(rebuilt(far + "\n"), EndsWith(history));
+}
+
+TEST(Idx1Dico, ALaterNameThatBeginsWithTheMarkIsNotFoundAgain) {
+  const std::string copy = "#\nQ>\n# a * 1\n";
+  Written once = write_index(copy);
+  EXPECT_EQ(body_of(once), "## a * 1 *fr1 0 * \r\n" + BLANK_HISTORY);
+  EXPECT_EQ(body_of(write_index(copy, once.idx1)), body_of(once));
+}
+
 TEST(Idx1Dico, ABlankHistoryIsCarriedOverAsZeros) {
   std::string zeros = history_line(0, 0, 0, 0);
   EXPECT_EQ(body_of(write_index("#a * 1\n", old_index_of("#a *fr1 0 * 1 \r\n" + BLANK_HISTORY))),
