@@ -101,6 +101,12 @@ TEST(HistoryLine, AMissingSeparatorIsFlaggedAtLevel2Once) {
   EXPECT_THAT(checked.values, ElementsAre(12, 3, 8999, 9000));
 }
 
+TEST(HistoryLine, SeparatorsAreNotLookedAtBehindAFault) {
+  std::string line = fields({"-1", "3", "8999", "9000"});
+  line[25] = ':';
+  EXPECT_EQ(check4(line).said, "CHECK_EXTRACT_4LINT error at level 3 \n");
+}
+
 TEST(HistoryLine, SeparatorsAreNotLookedAtInALineOfAnotherLength) {
   std::string line = fields({"12", "3", "8999", "9000"}) + " ";
   line[12] = ':';
@@ -212,6 +218,17 @@ TEST(SixFieldLine, NegativeNumbersAreFlaggedAtTheirLevels) {
     EXPECT_EQ(checked.faulty, 1);
     EXPECT_GE(checked.values[k], 0);
     EXPECT_THAT(checked.said, HasSubstr("error at level " + std::string(levels[k]) + " \n"));
+  }
+}
+
+TEST(SixFieldLine, AMissingSeparatorIsFlaggedAtLevel2Once) {
+  for (size_t place : {12u, 77u}) {
+    std::string line = fields({"5", "2", "100", "7", "1", "200"});
+    line[place] = ':';
+    Checked checked = check6(line);
+    EXPECT_EQ(checked.faulty, 1);
+    EXPECT_EQ(checked.said, "CHECK_EXTRACT_6LINT error at level 2 \n");
+    EXPECT_THAT(checked.values, ElementsAre(5, 2, 100, 7, 1, 200));
   }
 }
 
