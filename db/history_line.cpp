@@ -116,9 +116,8 @@ void correct_wrong(int level, long *total, long *wrong, Trf_check *check) {
 void correct_last_day(int level, bool missing, long date0, long *total, Trf_check *check) {
   long *wrong = total + 1;
   long *day = total + 2;
-  if (*day < 0)
-    fault(level, check);
-  if (missing || *day < 0)
+  refuse_negative(level, day, check);
+  if (missing)
     *day = date0;
   if (*day > date0) {
     fault(level + 1, check);

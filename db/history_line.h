@@ -30,7 +30,7 @@ const int HISTORY_LENGTH_6 = 78; // its length without the line end
 int CHECK_EXTRACT_4LINT(long date0, char *ss, long *values);
 
 // The same for a six-field line into elements 1 to 6. A total or a wrong count that is negative or
-// missing gives 0; more wrong answers than answers clear both; a missing or negative day gives
+// missing gives 0; more wrong answers than answers clear both; a missing day gives
 // today; a day later than today clears both counts; a total of 0 clears the wrong count and makes
 // the day today. The faults say "CHECK_EXTRACT_6LINT error at level " and the level (1 to 12).
 int CHECK_EXTRACT_6LINT(long date0, char *ss, long *values);

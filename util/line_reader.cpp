@@ -85,8 +85,9 @@ bool stand_at(FILE *fp, long offset) {
 
 // QUIRK byte 255: the byte 0xFF reads as the end of the file: it ends a line, and at the start of
 // one there is no further line. A reader would take it for a sign char mistaken for EOF. It is
-// meant: no text holds that byte, so what stands behind it is taken for damage, and the offsets
-// in the index files count on it. Test: LineReader.ByteFFEndsTheLineAndReadsAsTheEndOfTheFile
+// meant: in the learner's languages only a rare y with diaeresis is that byte, what stands behind
+// it is taken for damage, and the offsets in the index files count on it. Test:
+// LineReader.ByteFFEndsTheLineAndReadsAsTheEndOfTheFile
 int next_byte(Line *line) {
   int byte = getc_unlocked(line->fp);
   line->nb_read++;

@@ -221,6 +221,13 @@ TEST(SixFieldLine, NegativeNumbersAreFlaggedAtTheirLevels) {
   }
 }
 
+TEST(SixFieldLine, ANegativeDayIsZero) {
+  EXPECT_THAT(check6(fields({"5", "2", "-1", "7", "1", "-2"})).values,
+              ElementsAre(5, 2, 0, 7, 1, 0));
+  EXPECT_THAT(check6(fields({"0", "0", "-1", "7", "1", "200"})).values,
+              ElementsAre(0, 0, 9000, 7, 1, 200));
+}
+
 TEST(SixFieldLine, AMissingSeparatorIsFlaggedAtLevel2Once) {
   for (size_t place : {12u, 77u}) {
     std::string line = fields({"5", "2", "100", "7", "1", "200"});
