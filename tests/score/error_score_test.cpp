@@ -105,6 +105,15 @@ TEST(ErrorScore, ProductsAreRoundedToSinglePrecision) {
   // 10 x 0.7F rounds up to 7 though 0.7F lies below 0.7.
   t_err.cof1_err = 0.7F;
   EXPECT_EQ(FCT_ERROR(&t_err, 0, 10, 3000, 0, 3000), 7 + 1 + 18);
+  // And it is rounded before the 6 of the known answers goes off: 1 is left, not 0.99999988.
+  t_err.cof2_err = 3.0F;
+  EXPECT_EQ(FCT_ERROR(&t_err, 2, 10, 3000, 3000, 2980), 1 + 1);
+}
+
+TEST(ErrorScore, TheAgeIsRoundedToSinglePrecision) {
+  // 0.1F lies above 0.1, yet 1 / 0.1F rounds to 10.
+  Trf_err t_err = {9.0F, 3.0F, 0.1F, 6.0F, 10.0F};
+  EXPECT_EQ(FCT_ERROR(&t_err, 1, 0, 3000, 2999, 0), 10);
 }
 
 TEST(ErrorScore, AnAskedEntryScoresBetweenOneAndTheCapAndTheBonus) {
