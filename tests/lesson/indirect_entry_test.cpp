@@ -69,6 +69,7 @@ TEST(IndirectEntry, AnAliasEndsAtABlankOrTheEndOfTheLine) {
   desk.append("##la maison *b2");
   desk.append("##la maison *b2 x");
   desk.append("##la maison *b2x x");
+  desk.append("##la maison *b2*x");
   EXPECT_EQ(desk.icont, 2);
 }
 
@@ -113,6 +114,12 @@ TEST(IndirectEntry, TheNameIsFoundBehindBlanksAndInsideALine) {
   desk.append("##la maison *b2");
   EXPECT_EQ(desk.icont, 1);
   EXPECT_EQ(desk.dir.read("gene").substr(0, 25), "#un #la maison *b2 40 * \n");
+}
+
+TEST(IndirectEntry, ANameThatOnlyEndsAlikeIsNoMatch) {
+  Indirect_desk desk;
+  desk.append("##maison *b2");
+  EXPECT_EQ(desk.icont, 0);
 }
 
 TEST(IndirectEntry, ADoubleLineOfTheOtherDictionaryIsNoMatch) {

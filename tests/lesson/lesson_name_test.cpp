@@ -32,6 +32,18 @@ TEST(LessonName, AMarkedWordIsFoundBesideTheDictionaryBeforeIt) {
   EXPECT_EQ(name_of(&desk, 2), "two.txt");
 }
 
+TEST(LessonName, AMarkedWordLooksNoFurtherThanTheNearestDirectoryBeforeIt) {
+  Desk desk;
+  desk.set_list("three.txt words/one.txt &/two.txt", 3);
+  EXPECT_EQ(name_of(&desk, 3), "two.txt");
+}
+
+TEST(LessonName, AMarkedWordNeedsNoSlash) {
+  Desk desk;
+  desk.set_list("words/one.txt &two.txt", 2);
+  EXPECT_EQ(name_of(&desk, 2), "two.txt");
+}
+
 TEST(LessonName, RunsOfBlanksAndLineFeedsSeparateTheWords) {
   Desk desk;
   desk.set_list("  words/one.txt  \n three.txt\n&/four.txt", 3);

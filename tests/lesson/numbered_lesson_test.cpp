@@ -1,6 +1,7 @@
 // A numbered lesson loaded: table, generated file, scores, ranks, growth.
 #include "lesson/numbered_lesson.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -234,6 +235,30 @@ TEST(NumberedLesson, WithLessonZeroOnlyElemNevezIsRenewed) {
   EXPECT_EQ(desk.table.nb_posit, 3);
   EXPECT_EQ(desk.table.QRcum_nb[2], 77);
   EXPECT_EQ(desk.log(), log);
+}
+
+TEST(NumberedLesson, BothOrderingsAreListedAsTrace) {
+  Desk desk;
+  desk.write_idx1("one.txt", ENTRIES(2) + TRAILER());
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  LOAD(&desk, 1);
+  unsetenv("MERTU_TRACE");
+  std::string listing = testing::internal::GetCapturedStdout();
+  EXPECT_THAT(listing, HasSubstr("SORT_CLASSMENT QR rank=2 elem=2"));
+  EXPECT_THAT(listing, HasSubstr("SORT_CLASSMENT RQ rank=1 elem=1"));
+}
+
+TEST(NumberedLesson, StreamsThatAreStillOpenAreClosed) {
+  Desk desk;
+  desk.write_idx1("one.txt", ENTRIES(1) + TRAILER());
+  desk.book.fp_idx1 = fopen("IDX1/idx1_one.txt", "r");
+  desk.book.fp_gene = fopen("idx1_gene", "w");
+  int fds[] = {fileno(desk.book.fp_idx1), fileno(desk.book.fp_gene)};
+  LOAD(&desk, 1);
+  EXPECT_EQ(desk.table.nb_posit, 1);
+  for (int fd : fds)
+    EXPECT_EQ(fcntl(fd, F_GETFD), -1);
 }
 
 TEST(NumberedLesson, TheLessonNumberIsNotChanged) {
