@@ -8,7 +8,7 @@ set(environment
   "UBSAN_OPTIONS=print_stacktrace=1"
   "G_DEBUG=fatal-criticals"
   "G_SLICE=always-malloc")
-foreach(program util score config db lesson text quiz command app gui starter)
+foreach(program util score sound config db lesson text quiz command app gui starter)
   if(test_${program}_TESTS)
     set_tests_properties(${test_${program}_TESTS} PROPERTIES ENVIRONMENT "${environment}")
   endif()
