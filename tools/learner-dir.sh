@@ -20,26 +20,24 @@ is_empty_dir() {
   found=$(find "$1/" -mindepth 1 -maxdepth 1 -print -quit 2>/dev/null) && [ -z "$found" ]
 }
 
-# fill_dir STARTER DIR: copies the files of the starter set, mertu.conf last: a directory that has
-# one is whole. When a copy fails, what was copied is taken away again.
+# fill_dir STARTER DIR: copies the files of the starter set and of the directories in it, mertu.conf
+# last: a directory that has one is whole. When a copy fails, what was copied is taken away again.
 fill_dir() {
-  local file names=()
-  for file in "$1"/*; do
-    [ "${file##*/}" = mertu.conf ] || names+=("${file##*/}")
-  done
+  local names=()
+  mapfile -d '' names < <(cd "$1" && find . -mindepth 1 -type f ! -path ./mertu.conf -printf '%P\0')
   names+=(mertu.conf)
   mkdir -p "$2" || return 1
   copy_files "$1" "$2" "${names[@]}" && return 0
-  (cd "$2" && rm -f "${names[@]}")
+  (cd "$2" && rm -f "${names[@]}" && find . -mindepth 1 -type d -empty -delete)
   return 1
 }
 
-# copy_files FROM TO NAME...: up to the first that cannot be copied.
+# copy_files FROM TO NAME...: up to the first that cannot be copied; makes the directories named.
 copy_files() {
   local from=$1 to=$2 name
   shift 2
   for name; do
-    install -m 644 "$from/$name" "$to/$name" || return 1
+    install -D -m 644 "$from/$name" "$to/$name" || return 1
   done
 }
 
@@ -59,5 +57,5 @@ prepare_dir() {
     printf '%s cannot be filled with the first lessons\n' "$2"
     return 1
   }
-  printf '%s is new: two first lessons were put there\n' "$2"
+  printf '%s is new: four first lessons were put there\n' "$2"
 }

@@ -9,6 +9,7 @@ packages_for() {
       libsndfile1-dev fonts-dejavu-core ;;
     tests) printf '%s\n' libgtest-dev libgmock-dev libxtst-dev xvfb xauth ;;
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
+    sounds) printf '%s\n' espeak-ng sox libsox-fmt-base ;;
     *)
       printf 'packages_for: no purpose is called %s\n' "$1" >&2
       return 1

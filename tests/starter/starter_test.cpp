@@ -1,108 +1,19 @@
 // The starter set is sound: its settings are read, every entry can be drilled, nothing in it trips
 // over the rules of the dictionary file.
-#include "support/prelude.h"
+#include "starter/starter_set.h"
 
 #include <glib.h>
 
 #include <algorithm>
 #include <set>
-#include <sstream>
 
-#include "config/config_file.h"
-#include "db/index_update.h"
 #include "lesson/numbered_lesson.h"
-#include "score/error_score.h"
-#include "score/position_table.h"
-#include "support/scratch.h"
 #include "util/owned.h"
 
-namespace fs = std::filesystem;
-
-namespace {
-
-const fs::path starter = fs::path(MERTU_SOURCE) / "share/starter";
-const char *const dictionaries[] = {"french.txt", "german.txt"};
-
-std::string bytes_of(const fs::path &file) {
-  std::ifstream stream(file, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-std::vector<std::string> lines_of(const fs::path &file) {
-  std::istringstream text(bytes_of(file));
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(text, line);)
-    lines.push_back(line);
-  return lines;
-}
-
-// One entry of a dictionary, as written.
-struct Entry {
-  std::string name; // between '#' and '*', without the blanks around it
-  std::string tags; // behind the '*'
-  std::vector<std::string> lines;
-};
-
-std::vector<Entry> entries_of(const char *dictionary) {
-  std::vector<Entry> entries;
-  bool in_section = false;
-  for (const std::string &line : lines_of(starter / dictionary)) {
-    if (line.find("######") != std::string::npos) {
-      in_section = !in_section;
-    } else if (!in_section && line[0] == '#') {
-      size_t star = line.find('*');
-      EXPECT_NE(star, std::string::npos) << line;
-      entries.push_back({line.substr(2, star - 3), line.substr(star + 1), {}});
-    } else if (!in_section && !entries.empty()) {
-      entries.back().lines.push_back(line);
-    }
-  }
-  return entries;
-}
-
-// The program's records over a scratch copy of the starter set, its index built.
-class Starter : public testing::Test {
-protected:
-  void SetUp() override {
-    for (const auto &file : fs::directory_iterator(starter))
-      fs::copy(file.path(), scratch.path());
-    book.t_err = &weights;
-    book.G_kentel = &registry;
-    book.t_posit = &table;
-    FURCH_SET(&look, &book, &registry, font_lesson, font_vocab);
-    book.fp_log = fopen("mertu_log", "w+");
-    ASSERT_NE(book.fp_log, nullptr);
-    CALC_INDEX(book.fp_log, &registry, &table);
-  }
-  void TearDown() override {
-    fclose(book.fp_log);
-    FREE_POSIT(&table);
-    FREE_REGISTRY(&registry);
-  }
-  std::string log() {
-    fflush(book.fp_log);
-    return scratch.read("mertu_log");
-  }
-
-  Scratch_dir scratch;
-  Trf_err weights = {};
-  Trf_posit table;
-  Trf_string registry = {};
-  Trf_book book = {};
-  Prenestro look = {};
-  char font_lesson[101] = {};
-  char font_vocab[101] = {};
-};
-
-} // namespace
-
-TEST_F(Starter, SettingsNameTwoDictionariesAndAReadableWindow) {
-  EXPECT_EQ(book.nbt_lesson, 2);
-  EXPECT_EQ(registry.nb_lesson, 2);
-  Owned_text first(S_ALIAS_FROM_NUM(1, &registry));
-  Owned_text second(S_ALIAS_FROM_NUM(2, &registry));
-  EXPECT_STREQ(first.get(), "fr");
-  EXPECT_STREQ(second.get(), "de");
+TEST_F(Starter, SettingsNameFourDictionariesAndAReadableWindow) {
+  EXPECT_EQ(book.nbt_lesson, 4);
+  EXPECT_EQ(registry.nb_lesson, 4);
+  EXPECT_STREQ(registry.st_alias, " fr de fr2 es ");
   EXPECT_GE(look.book_pix_size[0], 800);
   EXPECT_GE(look.book_pix_size[1], 600);
   EXPECT_GE(look.book_pix_size[2], 400);
@@ -137,12 +48,12 @@ TEST_F(Starter, AccentsOfBothFilesArriveInTheIndex) {
   EXPECT_EQ(german.find('\\'), std::string::npos);
 }
 
-TEST_F(Starter, BothLessonsLoadWithThirtyToSixtyWords) {
-  for (int lesson : {1, 2}) {
+TEST_F(Starter, EveryLessonLoadsWithTwentyFiveToSixtyWords) {
+  for (int lesson : {1, 2, 3, 4}) {
     book.ilesson = lesson;
     INIT_LESSON(&lesson, &book);
     EXPECT_EQ(size_t(table.nb_posit), entries_of(dictionaries[lesson - 1]).size());
-    EXPECT_GE(table.nb_posit, 30);
+    EXPECT_GE(table.nb_posit, lesson <= 2 ? 30 : 25);
     EXPECT_LE(table.nb_posit, 60);
     EXPECT_EQ(table.QRcum_err[1], -1);
   }
@@ -192,7 +103,7 @@ TEST(StarterFiles, NoAliasIsTheEndOfAnother) {
     for (const std::string &line : lines_of(starter / dictionary))
       if (line.find("!#") != std::string::npos)
         aliases.push_back(line.substr(line.find("!#") + 3));
-  ASSERT_EQ(aliases.size(), 2u);
+  ASSERT_EQ(aliases.size(), 4u);
   for (const std::string &one : aliases)
     for (const std::string &other : aliases) {
       bool longer = other.size() >= one.size() && &one != &other;
@@ -200,16 +111,19 @@ TEST(StarterFiles, NoAliasIsTheEndOfAnother) {
     }
 }
 
-TEST(StarterFiles, LessonOneHasNoSoundLines) {
-  for (const Entry &entry : entries_of(dictionaries[0]))
-    for (const std::string &line : entry.lines)
-      EXPECT_TRUE(line.empty() || (line[0] != '?' && line[0] != '<')) << line;
+TEST(StarterFiles, TheFirstTwoLessonsHaveNoSoundLines) {
+  for (int lesson : {0, 1})
+    for (const Entry &entry : entries_of(dictionaries[lesson]))
+      for (const std::string &line : entry.lines)
+        EXPECT_TRUE(line.empty() || (line[0] != '?' && line[0] != '<')) << line;
 }
 
-TEST(StarterFiles, OneIsUtf8AndOneIsCp1252WithAccentNotation) {
-  std::string french = bytes_of(starter / "french.txt");
-  EXPECT_TRUE(g_utf8_validate(french.data(), gssize(french.size()), nullptr));
-  EXPECT_NE(french.find("\303\251"), std::string::npos);
+TEST(StarterFiles, OneIsCp1252WithAccentNotationAndTheOthersAreUtf8) {
+  for (const char *name : {"french.txt", "french_heard.txt", "spanish.txt"}) {
+    std::string text = bytes_of(starter / name);
+    EXPECT_TRUE(g_utf8_validate(text.data(), gssize(text.size()), nullptr)) << name;
+    EXPECT_NE(text.find("\303\251"), std::string::npos) << name;
+  }
   std::string german = bytes_of(starter / "german.txt");
   EXPECT_FALSE(g_utf8_validate(german.data(), gssize(german.size()), nullptr));
   EXPECT_NE(german.find("\\:u"), std::string::npos);

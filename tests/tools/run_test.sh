@@ -100,5 +100,14 @@ expect 'an unknown option is refused' is_status 1
 run_it "$scratch/used" "$scratch/new"
 expect 'two directories are refused' is_status 1
 
+# A copy that fails halfway leaves nothing behind, directories included.
+mkdir -p "$scratch/half/SOUND" "$scratch/filled"
+: >"$scratch/half/SOUND/word.ogg"
+. "$root/tools/learner-dir.sh"
+output=$(fill_dir "$scratch/half" "$scratch/filled" 2>&1)
+status=$?
+expect 'a starter set without settings is a fault' [ "$status" -ne 0 ]
+expect 'what was copied of it is taken away' [ -z "$(ls -A "$scratch/filled")" ]
+
 [ $failed -eq 0 ] && echo 'run: all rules hold'
 exit $failed
