@@ -31,19 +31,28 @@ Widgets buttons_and_entries(Trf_book *book) {
   return widgets;
 }
 
-void trace_place(GtkWidget *widget) {
-  if (!gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget))
-    return;
+// Where a widget stands on the screen. It is counted from the window, for its allocation is not
+// where it is set into a text.
+GtkAllocation place_on_screen(GtkWidget *widget) {
+  GtkWidget *window = gtk_widget_get_toplevel(widget);
   GtkAllocation place;
   gtk_widget_get_allocation(widget, &place);
   gint left = 0;
   gint top = 0;
-  gdk_window_get_origin(gtk_widget_get_window(gtk_widget_get_toplevel(widget)), &left, &top);
+  gdk_window_get_origin(gtk_widget_get_window(window), &left, &top);
+  gtk_widget_translate_coordinates(widget, window, left, top, &place.x, &place.y);
+  return place;
+}
+
+void trace_place(GtkWidget *widget) {
+  if (!gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget))
+    return;
+  GtkAllocation place = place_on_screen(widget);
   if (GTK_IS_BUTTON(widget))
-    TRACE("button %s at %d %d %d %d\n", gtk_button_get_label(GTK_BUTTON(widget)), left + place.x,
-          top + place.y, place.width, place.height);
+    TRACE("button %s at %d %d %d %d\n", gtk_button_get_label(GTK_BUTTON(widget)), place.x, place.y,
+          place.width, place.height);
   else
-    TRACE("entry at %d %d %d %d\n", left + place.x, top + place.y, place.width, place.height);
+    TRACE("entry at %d %d %d %d\n", place.x, place.y, place.width, place.height);
 }
 
 gboolean trace_all(gpointer book) {

@@ -408,6 +408,30 @@ TEST(MainWindow, ANegativeCoordinateLeavesItCentred) {
   }
 }
 
+TEST(ButtonPlaces, AButtonInsideTheTextIsToldWhereItStandsOnTheScreen) {
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  Test_window window(TWO_LESSONS());
+  GtkTextView *view = GTK_TEXT_VIEW(window.book->text_view);
+  GtkTextBuffer *text = gtk_text_view_get_buffer(view);
+  gtk_text_buffer_set_text(text, "one\ntwo\n", -1);
+  GtkTextIter end;
+  gtk_text_buffer_get_end_iter(text, &end);
+  GtkWidget *button = gtk_button_new_with_label("A>1");
+  gtk_widget_show(button);
+  gtk_text_view_add_child_at_anchor(view, button, gtk_text_buffer_create_child_anchor(text, &end));
+  window.handle();
+  gtk_widget_set_sensitive(window.book->Button1, FALSE); // has every place told again
+  window.handle();
+  std::string told = testing::internal::GetCapturedStdout();
+  unsetenv("MERTU_TRACE");
+  int x = 0;
+  int y = 0;
+  gdk_window_get_origin(GTK_BUTTON(button)->event_window, &x, &y);
+  EXPECT_THAT(told, testing::HasSubstr("button A>1 at " + std::to_string(x) + " " +
+                                       std::to_string(y) + " "));
+}
+
 TEST(CommandEntry, TypedTextIsLeftAlone) {
   Test_window window(TWO_LESSONS());
   std::vector<std::string> before = window.pane_lines();
