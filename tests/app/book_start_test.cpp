@@ -4,6 +4,9 @@
 #include "app/book_start.h"
 
 #include <glib.h>
+#include <stddef.h>
+
+#include <algorithm>
 
 #include "app/last_state.h"
 #include "config/config_file.h"
@@ -50,6 +53,12 @@ TEST(BookStart, TheTextBuffersHaveTheirFirstSizes) {
   memset(records.book->path_of_lesson, 'x', 10);
 }
 
+TEST(BookStart, TheLabelTableHasNoLabels) {
+  Records records;
+  EXPECT_STREQ(records.book->s_label, " ");
+  EXPECT_EQ(records.book->nc_label[0], 0);
+}
+
 TEST(BookStart, TheBookStartsZeroed) {
   Records records;
   const Trf_book *book = records.book;
@@ -70,6 +79,66 @@ TEST(BookStart, TheBookStartsZeroed) {
     EXPECT_EQ(widget, nullptr);
   for (GtkWidget *widget : book->lbox2)
     EXPECT_EQ(widget, nullptr);
+}
+
+TEST(BookStart, TheFieldsOfTheBookStandInTheirOrder) {
+#define AT(field) offsetof(Trf_book, field)
+  const std::vector<size_t> offsets = {AT(active),
+                                       AT(start_lesson),
+                                       AT(state),
+                                       AT(toggle_sens_qr),
+                                       AT(sens_qr),
+                                       AT(sens_qrm),
+                                       AT(sound),
+                                       AT(interro_sound),
+                                       AT(nb_line),
+                                       AT(QR_no),
+                                       AT(QR_order),
+                                       AT(nb0),
+                                       AT(nb),
+                                       AT(ilesson),
+                                       AT(nbt_lesson),
+                                       AT(ibb),
+                                       AT(posit),
+                                       AT(fp),
+                                       AT(exfp),
+                                       AT(fp_gene),
+                                       AT(fp_idx1),
+                                       AT(fp_log),
+                                       AT(lenmx_str_lessons),
+                                       AT(lessons),
+                                       AT(lenmx_path_of_lesson),
+                                       AT(path_of_lesson),
+                                       AT(s_label),
+                                       AT(nc_label),
+                                       AT(t_posit),
+                                       AT(t_err),
+                                       AT(style),
+                                       AT(win_label),
+                                       AT(pWindow),
+                                       AT(hpaned),
+                                       AT(frame1),
+                                       AT(frame2),
+                                       AT(vBox1),
+                                       AT(entry_book),
+                                       AT(scroll_page),
+                                       AT(scroll2_page),
+                                       AT(button_qr),
+                                       AT(button_sound),
+                                       AT(Button1),
+                                       AT(v_page),
+                                       AT(v2_page),
+                                       AT(text_view),
+                                       AT(lbox2),
+                                       AT(wbutton),
+                                       AT(separator),
+                                       AT(G_kentel),
+                                       AT(extrm)};
+#undef AT
+  EXPECT_EQ(offsets.size(), 51u);
+  EXPECT_TRUE(std::is_sorted(offsets.begin(), offsets.end()));
+  EXPECT_EQ(sizeof(Trf_book::lbox2) / sizeof(GtkWidget *), 205u);
+  EXPECT_EQ(sizeof(Trf_book::wbutton) / sizeof(GtkWidget *), 205u);
 }
 
 TEST(BookStart, OnlyTheLinesThatThePaneCanHoldAreCleared) {

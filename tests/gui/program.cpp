@@ -5,6 +5,7 @@
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <fcntl.h>
 #include <signal.h>
@@ -113,6 +114,14 @@ void ask_to_close(Display *display, Window window) {
   _exit(127);
 }
 
+// The colour of a place of the screen, 0xRRGGBB.
+unsigned long colour_at(Display *display, int x, int y) {
+  XImage *image = XGetImage(display, DefaultRootWindow(display), x, y, 1, 1, AllPlanes, ZPixmap);
+  unsigned long colour = XGetPixel(image, 0, 0) & 0xFFFFFF;
+  XDestroyImage(image);
+  return colour;
+}
+
 std::string fresh_output_file() {
   std::string name = (std::filesystem::temp_directory_path() / "mertu_output_XXXXXX").string();
   close(mkstemp(name.data()));
@@ -180,4 +189,9 @@ void PRESS_AT(int x, int y) {
   XTestFakeButtonEvent(display.get(), 1, True, CurrentTime);
   XTestFakeButtonEvent(display.get(), 1, False, CurrentTime);
   XSync(display.get(), False);
+}
+
+bool HAS_COLOUR(int x, int y, unsigned long colour) {
+  Connection display = connection();
+  return wait_for([&] { return colour_at(display.get(), x, y) == colour; });
 }

@@ -36,4 +36,7 @@ private:
 // A real press of the left button at a place of the screen.
 void PRESS_AT(int x, int y);
 
+// Waits until a place of the screen has this colour (0xRRGGBB); false when it never does.
+bool HAS_COLOUR(int x, int y, unsigned long colour);
+
 #endif

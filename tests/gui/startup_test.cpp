@@ -15,10 +15,11 @@ void fill(const Scratch_dir &dir, const std::string &folder) {
     dir.write(folder + name, bytes);
 }
 
-// The middle of a button as the program traced it last.
+// A button as the program traced it last: its middle, and how far its left edge is from there.
 struct Place {
   int x = -1;
   int y = -1;
+  int to_left = 0;
 };
 
 Place traced_place(const std::string &output, const std::string &label) {
@@ -31,7 +32,7 @@ Place traced_place(const std::string &output, const std::string &label) {
   if (found == std::string::npos || sscanf(output.c_str() + found + start.size(), "%d %d %d %d",
                                            &left, &top, &width, &height) != 4)
     return {};
-  return {left + width / 2, top + height / 2};
+  return {left + width / 2, top + height / 2, width / 2};
 }
 
 } // namespace
@@ -163,6 +164,20 @@ TEST(Startup, ADrillCanBeWorkedByTheTraceAlone) {
     ASSERT_TRUE(program.says("button " + next + " at ", before)) << program.output();
     label = next;
   }
+  EXPECT_TRUE(program.close_window());
+  EXPECT_EQ(program.status(), 0) << program.output();
+}
+
+TEST(Startup, TheResourceFileColoursTheButtons) {
+  Scratch_dir dir;
+  fill(dir, "");
+  dir.write("mertu.rc", "style \"blue\" { bg[NORMAL] = \"#1020F0\" bg[PRELIGHT] = \"#1020F0\" }\n"
+                        "widget \"*buttonruz\" style \"blue\"\n");
+  Program program("./prog.x", dir.path(), {"MERTU_TRACE=1"});
+  ASSERT_TRUE(program.says("button ReDr at ")) << program.output();
+  Place quit = traced_place(program.output(), "Quit");
+  ASSERT_GE(quit.x, 0) << program.output();
+  EXPECT_TRUE(HAS_COLOUR(quit.x - quit.to_left + 4, quit.y, 0x1020F0));
   EXPECT_TRUE(program.close_window());
   EXPECT_EQ(program.status(), 0) << program.output();
 }
