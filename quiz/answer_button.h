@@ -1,8 +1,8 @@
 // (G) The answer button, with which the learner works the whole drill.
 //
-//   question on screen   left, right: the response is shown       middle: the last verdict is
-//   undone response on screen   left: known   right: not known           middle: the entry is
-//   skipped
+//                left               middle                            right
+//   question     response shown     the last verdict is taken back    response shown
+//   response     known              the entry is skipped              not known
 //
 // Labels and widget names: "  Question / Response " / "buttonyellow" while a question is on screen,
 // "        Verif: Yes/No       " / "buttonorange" while its response is.
@@ -16,8 +16,7 @@
 // "button_press_event" handler of the answer button: confirms or starts the lesson while it is
 // being set up (start_lesson 0 to 2), else shows the response or records the verdict. Only single
 // presses count. A press that comes while another is being handled, or while active is 0, is thrown
-// away
-// ("callback_ok_nok ejected active = 0 " on standard output). Waits a third of a second of
+// away: "callback_ok_nok ejected active = 0 " on standard output. Waits a third of a second of
 // processor time before the next press can be made. Returns FALSE.
 gboolean callback_ok_nok(GtkWidget *widget, GdkEvent *event, Trf_book *book);
 

@@ -178,6 +178,10 @@ void CONFIRM0_LESSON(Trf_book *book) {
   announce("CONFIRM0_LESSON", nullptr, book);
 }
 
+// QUIRK button after a command: given while a response is shown, a command leaves the answer button
+// with "Verif: Yes/No" until the next verdict, also under the next lesson's first question. One
+// would expect the label of a question as after "Next"; it is meant: a command leaves the button as
+// it is. Test: QuizDrill.CommandUnderAResponseLeavesTheButtonsLabelToTheNextLesson
 void CONFIRM0_NEW_LESSON(int code, Trf_book *book) {
   leave_lesson(book);
   if (book->start_lesson == 0)

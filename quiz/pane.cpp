@@ -18,6 +18,7 @@ namespace {
 // What the program is doing, as a number: handlers compare it before and after they drain events.
 struct {
   long moment = 0;
+  bool leaving = false; // the main loop was told to end: what still waits is handled no more
 } lesson;
 
 // The text without blanks at its ends.
@@ -58,6 +59,13 @@ void destroy(GtkWidget **widget) {
 
 void destroy_child(GtkWidget *child, void *) {
   gtk_widget_destroy(child);
+}
+
+// Handles one event. True when the main loop was told to end and the window still stands. (The
+// toolkit calls a loop that does not run one that ends.)
+bool handle_event_and_leave(const Trf_book *book) {
+  bool ends = gtk_main_iteration_do(FALSE) && gtk_main_level() > 0;
+  return ends && book->v_page != nullptr;
 }
 
 // The book's pointers to the window and what lies in it, the line widgets apart.
@@ -125,9 +133,12 @@ void LESSON_MOVES_ON() {
 }
 
 bool DRAIN_EVENTS(long moment, Trf_book *book) {
-  while (gtk_events_pending())
-    gtk_main_iteration_do(FALSE);
-  return book->v_page != nullptr && moment == lesson.moment;
+  int step = book->start_lesson;
+  int ilesson = book->ilesson;
+  while (!lesson.leaving && gtk_events_pending())
+    lesson.leaving = handle_event_and_leave(book);
+  return book->v_page != nullptr && !lesson.leaving && moment == lesson.moment &&
+         step == book->start_lesson && ilesson == book->ilesson;
 }
 
 void FORGET_WIDGETS(Trf_book *book) {
@@ -136,6 +147,7 @@ void FORGET_WIDGETS(Trf_book *book) {
   std::fill_n(book->lbox2, NB_LINE_WIDGETS, nullptr);
   std::fill_n(book->wbutton, NB_LINE_WIDGETS, nullptr);
   book->nb_line = 0;
+  lesson.leaving = false;
   LESSON_MOVES_ON();
 }
 

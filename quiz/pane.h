@@ -51,8 +51,10 @@ long LESSON_MOMENT();
 // Raises that counter.
 void LESSON_MOVES_ON();
 
-// Processes all pending events. Returns false when the window is gone or the moment (from
-// LESSON_MOMENT) has passed: the caller then ends without touching pane or table.
+// Processes all pending events, up to one that ends the program ("Quit"): what waits behind it is
+// handled no more. Returns false when the window is gone, the program is leaving, the moment (from
+// LESSON_MOMENT) has passed or ilesson or start_lesson changed: the caller then ends without
+// touching pane or table.
 bool DRAIN_EVENTS(long moment, Trf_book *book);
 
 // The window is gone: every widget pointer of the book becomes null, nb_line 0; the lesson moves

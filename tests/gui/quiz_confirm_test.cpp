@@ -269,7 +269,7 @@ TEST(QuizConfirm, LongNameGrowsTheRoomForIt) {
   std::string name = std::string(60, 'n') + ".txt";
   Test_window window(
       {{"mertu.conf", CONFIGURATION({name})}, {name, DICTIONARY("aa", {{"chat", "cat"}})}});
-  window.press(window.book->Button1, LEFT);
+  window.press(window.book->Button1, RIGHT); // a left one would show the text, and grow it too
   EXPECT_EQ(window.book->lessons, name);
   EXPECT_EQ(window.book->lenmx_str_lessons, 64 + 10);
 }
@@ -327,4 +327,39 @@ TEST(QuizConfirm, CloseInTheQueueOfAStartEndsQuietly) {
   window.handle();
   EXPECT_TRUE(window.ended());
   EXPECT_FALSE(window.alive());
+}
+
+TEST(QuizConfirm, CloseInTheQueueOfASkipEndsQuietly) {
+  Test_window window(five_lessons());
+  window.press(window.book->Button1, LEFT);
+  window.queue_press(window.book->Button1, RIGHT);
+  window.queue_close();
+  window.handle();
+  EXPECT_TRUE(window.ended());
+  EXPECT_FALSE(window.alive());
+}
+
+TEST(QuizConfirm, QuitInTheQueueOfASkipOrAStartEndsQuietly) {
+  for (int button : {LEFT, RIGHT}) {
+    Test_window window(five_lessons());
+    window.press(window.book->Button1, LEFT);
+    window.queue_press(window.book->Button1, button);
+    window.queue_press(window.button("Quit"), LEFT);
+    window.handle();
+    EXPECT_TRUE(window.ended());
+    EXPECT_TRUE(window.pane_lines().empty());
+    EXPECT_NE(window.book->start_lesson, 3);
+  }
+}
+
+TEST(QuizConfirm, DirectionInTheQueueOfAStartCountsForTheFirstQuestion) {
+  Test_window window(five_lessons());
+  window.press(window.book->Button1, LEFT);
+  window.queue_press(window.book->Button1, LEFT);
+  window.queue_press(window.book->button_qr, LEFT);
+  window.handle();
+  EXPECT_EQ(window.book->sens_qr, 2);
+  EXPECT_EQ(window.book->sens_qrm, 2);
+  EXPECT_THAT(window.pane_lines(), Contains("Response  1   lesson=l1   err=-1   mx=-1"));
+  EXPECT_EQ(LABEL_OF(window.book->button_qr), "R->Q");
 }

@@ -7,6 +7,7 @@
 #include <time.h>
 
 #include "gui/window.h"
+#include "quiz/confirm_lesson.h"
 #include "quiz/locate_entry.h"
 #include "quiz/pane.h"
 #include "quiz/show_entry.h"
@@ -51,6 +52,22 @@ GdkEvent event_of(GdkEventType type, unsigned button) {
   event.type = type;
   event.button.button = button;
   return event;
+}
+
+void open_lesson_2(GtkWidget *, Trf_book *book) {
+  book->ilesson = 2;
+  book->start_lesson = 0;
+  CONFIRM0_NEW_LESSON(4, book);
+}
+
+// Enter in the command entry, which gets the focus, opens lesson 2 and does nothing else.
+void use_command_for_lesson_2(Test_window *window) {
+  GtkWidget *entry = window->book->entry_book;
+  g_signal_handlers_disconnect_matched(entry, G_SIGNAL_MATCH_ID,
+                                       g_signal_lookup("activate", GTK_TYPE_ENTRY), 0, nullptr,
+                                       nullptr, nullptr);
+  g_signal_connect(entry, "activate", G_CALLBACK(open_lesson_2), window->book);
+  gtk_widget_grab_focus(entry);
 }
 
 template <typename Action> std::string said(Action action) {
@@ -343,17 +360,76 @@ TEST_F(QuizDrill, CloseInTheQueueOfAResponseEndsQuietly) {
   EXPECT_FALSE(window.alive());
 }
 
-TEST_F(QuizDrill, CommandInTheQueueOfAVerdictDoesNotDisturbIt) {
+TEST_F(QuizDrill, CloseInTheQueueOfAnUndoEndsQuietly) {
+  Test_window window(TWO_LESSONS());
+  start(&window);
+  answer(RIGHT, &window);
+  window.queue_press(window.book->Button1, MIDDLE);
+  window.queue_close();
+  window.handle();
+  EXPECT_FALSE(window.alive());
+  EXPECT_EQ(window.book->t_posit->QRcum_nok[1], 0);
+}
+
+TEST_F(QuizDrill, NothingBehindQuitInTheQueueIsHandled) {
   Test_window window(TWO_LESSONS());
   start(&window);
   window.press(window.book->Button1, LEFT);
-  gtk_widget_grab_focus(window.book->entry_book);
-  window.queue_press(window.book->Button1, LEFT);
-  window.queue_keys("2\n");
+  window.queue_press(window.book->Button1, RIGHT);
+  window.queue_press(window.button("Quit"), LEFT);
+  window.queue_press(window.button("Next"), LEFT);
+  window.queue_press(window.book->button_sound, LEFT);
   window.handle();
-  EXPECT_EQ(window.book->t_posit->QRcum_nb[1], 1);
+  EXPECT_TRUE(window.ended());
+  EXPECT_EQ(window.book->ilesson, 1);
   EXPECT_EQ(window.book->start_lesson, 3);
-  EXPECT_EQ(window.book->QR_no, 2);
+  EXPECT_EQ(window.book->sound, 1);
+}
+
+TEST_F(QuizDrill, CommandInTheQueueOfAVerdictWins) {
+  Test_window window(TWO_LESSONS());
+  start(&window);
+  window.press(window.book->Button1, LEFT);
+  use_command_for_lesson_2(&window);
+  window.queue_press(window.book->Button1, MIDDLE);
+  window.queue_keys("\n");
+  window.handle();
+  EXPECT_THAT(window.pane_lines(),
+              ElementsAre("  ", "code is unknown,", "retour ancienne le\303\247on :", "  ",
+                          "Confirm display of lesson 2", "bb", "  ", RULE));
+  EXPECT_EQ(window.book->start_lesson, 1);
+  EXPECT_EQ(window.book->t_posit->nb_posit, 0);
+  EXPECT_TRUE(SENSITIVE(window.book->Button1));
+}
+
+TEST_F(QuizDrill, CommandUnderAResponseLeavesTheButtonsLabelToTheNextLesson) {
+  Test_window window(TWO_LESSONS());
+  start(&window);
+  window.press(window.book->Button1, LEFT);
+  use_command_for_lesson_2(&window);
+  window.queue_keys("\n");
+  window.handle();
+  start(&window);
+  EXPECT_EQ(window.book->state, 1);
+  EXPECT_THAT(line_with("Question", window), StartsWith("Question  1   lesson=bb"));
+  EXPECT_EQ(LABEL_OF(window.book->Button1), JUDGE);
+  answer(LEFT, &window);
+  EXPECT_EQ(window.book->t_posit->QRcum_nb[1], 1);
+  EXPECT_EQ(LABEL_OF(window.book->Button1), ASK);
+}
+
+TEST_F(QuizDrill, DirectionInTheQueueOfAVerdictWaitsForTheNextOne) {
+  Test_window window(TWO_LESSONS());
+  start(&window);
+  window.press(window.book->Button1, LEFT);
+  window.queue_press(window.book->Button1, LEFT);
+  window.queue_press(window.book->button_qr, LEFT);
+  window.handle();
+  EXPECT_EQ(window.book->sens_qr, 1);
+  EXPECT_EQ(window.book->sens_qrm, 1);
+  EXPECT_EQ(window.book->toggle_sens_qr, 1);
+  EXPECT_EQ(LABEL_OF(window.book->button_qr), "R->Q");
+  EXPECT_THAT(window.pane_lines(), Contains("chien"));
 }
 
 TEST_F(QuizDrill, SoundNoticeComesOnlyWhenTheSoundHasChanged) {

@@ -120,3 +120,15 @@ TEST_F(QuizPane, DrainingTellsWhetherTheLessonMovedOn) {
   LESSON_MOVES_ON();
   EXPECT_FALSE(DRAIN_EVENTS(moment, window.book));
 }
+
+TEST_F(QuizPane, DrainingTellsWhetherTheStepOrTheNumberOfTheLessonChanged) {
+  auto go_back = [](gpointer step) -> gboolean {
+    *static_cast<int *>(step) = 0;
+    return FALSE;
+  };
+  for (int *number : {&window.book->start_lesson, &window.book->ilesson}) {
+    g_idle_add(go_back, number);
+    EXPECT_FALSE(DRAIN_EVENTS(LESSON_MOMENT(), window.book));
+    EXPECT_TRUE(DRAIN_EVENTS(LESSON_MOMENT(), window.book));
+  }
+}

@@ -212,6 +212,23 @@ TEST(Undo, LowersTheLessonWideCounterFromZeroAtMost) {
   EXPECT_EQ(lesson.table.elem_nevez[0], -3);
 }
 
+TEST(Undo, EmptiesTheSaveSlotOfBothDirections) {
+  Lesson_table lesson({{30, 4, 4, 2, 2}, {25, 0, 0, 0, 0}});
+  verdict(VERDICT_KNOWN, 1, &lesson);
+  undone(&lesson);
+  EXPECT_EQ(lesson.table.QRord_posit[3], -1);
+  EXPECT_EQ(lesson.table.RQord_posit[3], -1);
+}
+
+TEST(Undo, GivesBackTheNumbersOfBothDirections) {
+  Lesson_table lesson({{30, 4, 4, 2, 2}}, {{50, 1, 1, 7, 7}});
+  verdict(VERDICT_KNOWN, 1, &lesson);
+  lesson.table.RQcum_nok[1] = 9;
+  undone(&lesson);
+  EXPECT_EQ(lesson.numbers(1, 1), (Numbers{30, 4, 4, 2, 2}));
+  EXPECT_EQ(lesson.numbers(2, 1), (Numbers{50, 1, 1, 7, 7}));
+}
+
 TEST(Undo, SecondInARowIsRefused) {
   Lesson_table lesson({{30, 4, 4, 2, 2}, {25, 0, 0, 0, 0}});
   verdict(VERDICT_KNOWN, 1, &lesson);
