@@ -8,9 +8,9 @@
 #include "db/generated_lesson.h"
 #include "db/idx1_format.h"
 #include "score/position_table.h"
+#include "text/find_sound.h"
 #include "util/line_reader.h"
 #include "util/owned.h"
-#include "util/paths.h"
 #include "util/report.h"
 
 namespace {
@@ -92,17 +92,4 @@ void DROP_STREAM(Trf_book *book) {
     fclose(book->fp);
   book->fp = nullptr;
   book->exfp = 0;
-}
-
-void REMEMBER_DIRECTORY(char *path, Trf_book *book) {
-  Owned_text directory(path == nullptr ? nullptr : PATH_FROM_STRING_FILE(path));
-  if (directory == nullptr)
-    return;
-  int length = static_cast<int>(strlen(directory.get()));
-  if (book->path_of_lesson == nullptr || length > book->lenmx_path_of_lesson) {
-    book->lenmx_path_of_lesson = length + 25;
-    book->path_of_lesson =
-        static_cast<char *>(g_realloc(book->path_of_lesson, book->lenmx_path_of_lesson + 5));
-  }
-  strcpy(book->path_of_lesson, directory.get());
 }

@@ -30,8 +30,4 @@ void EXTRACT_DICO_NAME(char *s_alias, Trf_string *G_dico, char *s_lesson);
 // Closes the book's current stream where it is open; fp null and exfp 0 afterwards.
 void DROP_STREAM(Trf_book *book);
 
-// Stores the directory of the dictionary at `path` (null: nothing) in path_of_lesson, grown when
-// needed.
-void REMEMBER_DIRECTORY(char *path, Trf_book *book);
-
 #endif

@@ -8,6 +8,7 @@
 
 #include "util/book.h"
 #include "util/owned.h"
+#include "util/paths.h"
 
 namespace {
 
@@ -42,6 +43,19 @@ void give(const std::string &path, char **s_sound, long *nbyt_snd) {
 }
 
 } // namespace
+
+void REMEMBER_DIRECTORY(char *path, Trf_book *book) {
+  Owned_text directory(path == nullptr ? nullptr : PATH_FROM_STRING_FILE(path));
+  if (directory == nullptr)
+    return;
+  int length = static_cast<int>(strlen(directory.get()));
+  if (book->path_of_lesson == nullptr || length > book->lenmx_path_of_lesson) {
+    book->lenmx_path_of_lesson = length + 25;
+    book->path_of_lesson =
+        static_cast<char *>(g_realloc(book->path_of_lesson, book->lenmx_path_of_lesson + 5));
+  }
+  strcpy(book->path_of_lesson, directory.get());
+}
 
 int SEARCH_SND_FILE_NAME(char **s_sound, long *nbyt_snd, char *ss, Trf_book *book) {
   std::string beside = book->path_of_lesson == nullptr ? "" : book->path_of_lesson;

@@ -4,6 +4,10 @@
 
 struct Trf_book;
 
+// Stores the directory of the dictionary at `path` (null: nothing) in path_of_lesson, grown when
+// needed.
+void REMEMBER_DIRECTORY(char *path, Trf_book *book);
+
 // Looks for the sound file named `ss` and writes its path.
 //   s_sound    out: the path; a g_malloc block (null for none yet), grown with g_realloc; the
 //              caller frees it with g_free

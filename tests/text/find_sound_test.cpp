@@ -72,3 +72,43 @@ TEST_F(FindSound, PathReusesABlockThatIsLargeEnough) {
   EXPECT_STREQ(path, "words/a.wav");
   g_free(path);
 }
+
+TEST_F(FindSound, PathGrowsABlockThatIsTooSmall) {
+  dir.write("words/a.wav", "");
+  char name[] = "a.wav";
+  long size = 11;
+  char *path = static_cast<char *>(g_malloc(size));
+  EXPECT_EQ(SEARCH_SND_FILE_NAME(&path, &size, name, &book), 1);
+  EXPECT_EQ(size, 12);
+  EXPECT_STREQ(path, "words/a.wav");
+  g_free(path);
+}
+
+TEST_F(FindSound, BookWithoutADirectoryLooksHere) {
+  book.path_of_lesson = nullptr;
+  dir.write("a.wav", "");
+  EXPECT_EQ(find("a.wav"), "a.wav");
+  dir.write("SOUND/d.wav", "");
+  EXPECT_EQ(find("d.wav"), "./SOUND/d.wav");
+}
+
+TEST_F(FindSound, FileThatCannotBeReadIsPassedOver) {
+  dir.write("SOUND/a.wav", "");
+  std::filesystem::create_symlink("nowhere", "a.wav");
+  EXPECT_EQ(find("a.wav"), "./SOUND/a.wav");
+}
+
+TEST_F(FindSound, DirectoryOfADictionaryIsRemembered) {
+  book.path_of_lesson = nullptr;
+  char deep[] = "a/rather/deep/directory/words.txt";
+  REMEMBER_DIRECTORY(deep, &book);
+  EXPECT_STREQ(book.path_of_lesson, "a/rather/deep/directory/");
+  EXPECT_EQ(book.lenmx_path_of_lesson, 24 + 25);
+  char *block = book.path_of_lesson;
+  char flat[] = "words.txt";
+  REMEMBER_DIRECTORY(flat, &book);
+  REMEMBER_DIRECTORY(nullptr, &book);
+  EXPECT_EQ(book.path_of_lesson, block);
+  EXPECT_STREQ(block, "./");
+  g_free(block);
+}
