@@ -11,6 +11,7 @@
 #include "db/index_update.h"
 #include "score/error_score.h"
 #include "score/position_table.h"
+#include "text/button_block.h"
 #include "util/report.h"
 
 namespace {
@@ -71,6 +72,7 @@ void ALLOCATE_RECORDS(Trf_records *records) {
   book->lessons = g_new0(char, FIRST_LESSONS + 1);
   book->lenmx_path_of_lesson = FIRST_PATH;
   book->path_of_lesson = g_new0(char, FIRST_PATH + SPARE_PATH);
+  START_LABELS(book);
   records->G_kentel = g_new0(Trf_string, 1);
   records->t_posit = g_new0(Trf_posit, 1);
   book->t_err = records->t_err = g_new0(Trf_err, 1);

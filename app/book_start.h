@@ -30,8 +30,8 @@ struct Trf_geometry {
 };
 
 // Allocates every record of `records`, zeroed, gives the book its two first text buffers (lessons
-// 49 characters, path_of_lesson 5) and the weights, and clears its line widgets. What `records`
-// held before is not freed.
+// 49 characters, path_of_lesson 5), a label table without labels and the weights, and clears its
+// line widgets. What `records` held before is not freed.
 void ALLOCATE_RECORDS(Trf_records *records);
 
 // Frees every record with what it owns and closes the book's streams, the log among them; all

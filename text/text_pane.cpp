@@ -1,13 +1,60 @@
-// (G) The lesson text pane: emptied so far; the text is to come.
+// (G) The lesson text pane: the readable part of the current dictionary, with its sound buttons.
 #include "text/text_pane.h"
 
-void DISPLAY_TEXT(Trf_book *) {
+#include "text/label_click.h"
+#include "text/paragraphs.h"
+#include "util/encodings.h"
+#include "util/owned.h"
+
+namespace {
+
+GtkTextBuffer *buffer_of(Trf_book *book) {
+  return gtk_text_view_get_buffer(GTK_TEXT_VIEW(book->text_view));
+}
+
+void insert_text(const char *text, GtkTextBuffer *buffer) {
+  GtkTextIter end;
+  gtk_text_buffer_get_end_iter(buffer, &end);
+  gtk_text_buffer_insert(buffer, &end, text, -1);
+}
+
+// Puts a sound button at the end of the text. It goes when the text does.
+void insert_button(const char *label, bool known, Trf_book *book) {
+  GtkTextBuffer *buffer = buffer_of(book);
+  GtkTextIter end;
+  gtk_text_buffer_get_end_iter(buffer, &end);
+  GtkTextChildAnchor *anchor = gtk_text_buffer_create_child_anchor(buffer, &end);
+  GtkWidget *button = gtk_button_new_with_label(label);
+  if (known)
+    gtk_widget_set_name(button, "buttonyellow");
+  g_signal_connect(button, "clicked", G_CALLBACK(cback_button), book);
+  gtk_text_view_add_child_at_anchor(GTK_TEXT_VIEW(book->text_view), button, anchor);
+  gtk_widget_show(button);
+}
+
+void insert_piece(const Trf_piece &piece, Trf_book *book) {
+  Owned_text shown(UTF8_FROM_CP1252(piece.text.c_str()));
+  if (piece.button)
+    insert_button(shown.get(), piece.known, book);
+  else
+    insert_text(shown.get(), buffer_of(book));
+}
+
+} // namespace
+
+void DISPLAY_TEXT(Trf_book *book) {
+  if (book->text_view == nullptr)
+    return;
+  OPEN_TEXT(book);
+  CLR_TEXT(book);
+  for (const Trf_piece &piece : TEXT_PIECES(book))
+    insert_piece(piece, book);
+  gtk_widget_show(book->text_view);
 }
 
 void CLR_TEXT(Trf_book *book) {
-  if (book->text_view == nullptr)
-    return;
-  gtk_text_buffer_set_text(gtk_text_view_get_buffer(GTK_TEXT_VIEW(book->text_view)), "", 0);
+  if (book->text_view != nullptr)
+    gtk_text_buffer_set_text(buffer_of(book), "", 0);
 }
 
 void cback_clr_butt(GtkWidget *, Trf_book *book) {
@@ -15,5 +62,6 @@ void cback_clr_butt(GtkWidget *, Trf_book *book) {
 }
 
 void cback_redr_butt(GtkWidget *, Trf_book *book) {
-  DISPLAY_TEXT(book);
+  if (book->ilesson >= 1 && book->ilesson <= book->nbt_lesson && book->start_lesson >= 2)
+    DISPLAY_TEXT(book);
 }

@@ -49,9 +49,12 @@ void move_pointer_to(GtkWidget *widget) {
   gtk_widget_get_allocation(widget, &place);
   gint left = 0;
   gint top = 0;
-  gdk_window_get_origin(gtk_widget_get_window(gtk_widget_get_toplevel(widget)), &left, &top);
-  XTestFakeMotionEvent(display(), -1, left + place.x + place.width / 2,
-                       top + place.y + place.height / 2, CurrentTime);
+  gdk_window_get_origin(gtk_widget_get_window(widget), &left, &top);
+  if (!gtk_widget_get_has_window(widget)) {
+    left += place.x;
+    top += place.y;
+  }
+  XTestFakeMotionEvent(display(), -1, left + place.width / 2, top + place.height / 2, CurrentTime);
 }
 
 void send_press(int button) {
