@@ -3,8 +3,10 @@
 
 #include <limits.h>
 
+#include <algorithm>
 #include <string>
 
+#include "util/encodings.h"
 #include "util/file_copy.h"
 #include "util/owned.h"
 #include "util/report.h"
@@ -17,15 +19,13 @@ using Byte = unsigned char;
 // What stands in the place of a piece that straddles two blocks and has no CP1252 form.
 const char NO_FORM[] = "error ???? !!! ";
 
-const GIConv NOT_OPEN = (GIConv)-1;
-
 enum Line_end { END_DONE, END_CR, END_CR_CR };
 
-// A working copy being written. The converter is opened at the first piece that needs it.
+// A working copy being written.
 struct Trf_conversion {
   FILE *fp = nullptr;           // the new file
-  GIConv converter = NOT_OPEN;  // UTF-8 to CP1252, NOT_OPEN before
   std::string piece;            // bytes taken and not yet written
+  std::string converted;        // the piece in CP1252
   int expected = 0;             // continuation bytes still announced
   bool bad = false;             // one of those taken is none
   bool utf8 = false;            // the piece holds a good sequence
@@ -33,14 +33,6 @@ struct Trf_conversion {
   bool straddles = false;       // its last sequence lies in two blocks
   Line_end line_end = END_DONE; // a CR has been written, and a second one skipped
   int changes = 0;              // changes so far
-
-  Trf_conversion() = default;
-  Trf_conversion(const Trf_conversion &) = delete;
-  Trf_conversion &operator=(const Trf_conversion &) = delete;
-  ~Trf_conversion() {
-    if (converter != NOT_OPEN)
-      g_iconv_close(converter);
-  }
 };
 
 void count_change(Trf_conversion *copy) {
@@ -56,32 +48,13 @@ bool ends_line(Byte byte) {
   return byte == '\n' || byte == '\r';
 }
 
-// Continuation bytes that a byte announces.
-int announced(Byte byte) {
-  if (byte < 0xC0 || byte > 0xF7)
-    return 0;
-  return byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
-}
-
-// The piece in CP1252 (its length in *length), null when it has no such form.
-Owned_text converted(Trf_conversion *copy, gsize *length) {
-  if (copy->converter == NOT_OPEN)
-    copy->converter = g_iconv_open("CP1252", "UTF-8");
-  if (copy->converter == NOT_OPEN)
-    return nullptr;
-  Owned_text text(g_convert_with_iconv(copy->piece.data(), (gssize)copy->piece.size(),
-                                       copy->converter, nullptr, length, nullptr));
-  if (!text)
-    g_iconv(copy->converter, nullptr, nullptr, nullptr, nullptr); // fresh for the next piece
-  return text;
-}
-
 // Writes the piece in CP1252, or what stands for it where it has no such form.
 void put_converted(Trf_conversion *copy) {
-  gsize length = 0;
-  Owned_text text = converted(copy, &length);
-  if (text) {
-    put(copy, text.get(), length);
+  copy->converted.resize(copy->piece.size());
+  long length =
+      CONVERT_TO_CP1252(copy->piece.data(), (long)copy->piece.size(), copy->converted.data());
+  if (length >= 0) {
+    put(copy, copy->converted.data(), (size_t)length);
     return;
   }
   // QUIRK lost piece: a piece whose UTF-8 sequence lies across two blocks and that has no CP1252
@@ -142,9 +115,9 @@ int take_text(Trf_conversion *copy, const Byte *block, int nb, int i) {
     copy->piece.append((const char *)block + begin, (size_t)(i - begin));
     if (i == nb || ends_line(block[i]))
       break;
-    if (block[i] > 0xF7)
-      copy->single = true;
-    copy->expected = announced(block[i]);
+    int announced = ANNOUNCED_BYTES(block[i]);
+    copy->single = copy->single || announced == NOT_UTF8;
+    copy->expected = std::max(announced, 0);
     copy->piece.push_back((char)block[i++]);
     if (copy->expected > 0)
       i = take_sequence(copy, block, nb, i);
