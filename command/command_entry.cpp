@@ -4,7 +4,9 @@
 void callback_entry_book(GtkWidget *, Trf_book *) {
 }
 
-gboolean clean_entry_book(GtkWidget *widget, GdkEvent *, Trf_book *) {
+gboolean clean_entry_book(GtkWidget *widget, GdkEvent *event, Trf_book *) {
+  if (event != nullptr && event->type != GDK_BUTTON_PRESS)
+    return FALSE;
   GtkEditable *entry = GTK_EDITABLE(widget);
   gint begin = 0;
   gint end = 0;
