@@ -63,6 +63,8 @@ TEST_F(Play, RangeFromZeroToZeroPlaysTheWholeFile) {
   sound.floats.clear();
   EXPECT_EQ(play_range(NAME, 1, 0), 0);
   EXPECT_THAT(sound.floats, IsEmpty());
+  EXPECT_EQ(play_range(NAME, 0, 1), 0);
+  EXPECT_EQ(sound.floats, as_floats(cut(noise(4096), 0, 2, 2048)));
 }
 
 TEST_F(Play, WholeFileRangeGoesOnToTheEmptyRange) {

@@ -56,6 +56,20 @@ TEST(SoundFile, FailedSeekLeavesTheFileWhereItStood) {
   EXPECT_EQ(buffer, as_floats(cut(samples, 40, 100, SOUND_BUFFER)));
 }
 
+TEST(SoundFile, ShortsBehindAShortReadAreSilent) {
+  Scratch_dir dir;
+  std::vector<float> scratch(SOUND_BUFFER);
+  for (int format : {WAV_16, WAV_FLOAT}) {
+    make_sound("a", format, 1, std::vector<double>{0.5, 0.5});
+    Trf_sound_file sound;
+    ASSERT_TRUE(OPEN_SOUND("a", "", &sound));
+    std::vector<short> buffer(SOUND_BUFFER, 77);
+    EXPECT_EQ(READ_SHORTS(sound, scratch.data(), buffer.data()), 2);
+    EXPECT_GT(buffer[1], 16000);
+    EXPECT_EQ(cut(buffer, 2, SOUND_BUFFER, SOUND_BUFFER), std::vector<short>(SOUND_BUFFER));
+  }
+}
+
 TEST(SampleRange, CountsFramesTimesChannels) {
   Trf_sample_range range = RANGE_OF_FRAMES(1000, 2500, 2);
   EXPECT_EQ(range.count, 2000);
