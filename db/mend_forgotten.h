@@ -1,0 +1,41 @@
+// A forgotten lesson made whole again, so that it does not hurt the entries behind it.
+//
+// An entry that was forgotten (RAZ_LESSON) is left with its name line and ONE line, two blank
+// history lines with no line end between them and the last two old bytes: 106 characters. Read as
+// it stands, the name line of the next entry would be taken for the R->Q history, drilled wrong and
+// overwritten, and at the end of a file the next rebuild would end the program. So the files are
+// noted before they are erased, and mended before anyone reads them: name line, blank line, blank
+// line in the same 108 bytes. No offset moves.
+//
+// "./mertu_erased", there only while something is to be mended, is text with "\n" line ends:
+//
+//   | line               | content                                                              |
+//   | PATH               | idx1 file that was, or was about to be, erased                       |
+//   | PATH SECONDS NANOS | the same with its modification time before the mend, which is kept   |
+//   |                    | also where the program ends in the middle of it: an index that looks |
+//   |                    | newer than it is would not be rebuilt                                |
+#ifndef MERTU_DB_MEND_FORGOTTEN_H
+#define MERTU_DB_MEND_FORGOTTEN_H
+
+#include <stdio.h>
+
+#include <set>
+#include <string>
+
+// Notes the idx1 files that are about to be erased, beside those noted already; on the disk when
+// this returns. Returns false where "./mertu_erased" cannot be written ("cannot write file %s: %s
+// \n" in the log and on standard output): then nothing may be erased.
+bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log);
+
+// Mends the files noted, then removes "./mertu_erased". Nothing to do costs one look for that file.
+// To be called before idx1 files are opened: at the start between MAKE_ST_ALIAS and
+// IDX1_ALL_LESSONS, and before each load, composition, report, recording, check, transfer and
+// synchronisation.
+// Each mended record is one write; the file is synced and keeps its modification time; nothing is
+// logged. A file that is not there has nothing to mend.
+// Ends the program with status 1 where a file cannot be mended ("cannot write file %s: %s \n" in
+// the log and on standard output): reading it would lose histories.
+// fp_log: the log, may be null.
+void MEND_FORGOTTEN(FILE *fp_log);
+
+#endif
