@@ -27,6 +27,13 @@ void ALLOW_LINES(long nb, Trf_idx1_walk *walk) {
   walk->line.limit = nb;
 }
 
+void TELL_WHERE_CUT(const char *path, Trf_idx1_walk *walk) {
+  bool at_limit = walk->line.length >= 0 && !IS_END_MARK(walk->line.text);
+  ALLOW_LINES(1, walk);
+  if (at_limit && NEXT_LINE(&walk->line))
+    SAY("index %s is longer than %ld lines \n", path, MAX_IDX1_LINES);
+}
+
 bool NEXT_IDX1_LINE(Trf_idx1_walk *walk) {
   return NEXT_LINE(&walk->line) && !IS_END_MARK(walk->line.text);
 }

@@ -54,6 +54,10 @@ void SKIP_HEADER(Trf_idx1_walk *walk);
 // Allows nb further lines, whatever was read before.
 void ALLOW_LINES(long nb, Trf_idx1_walk *walk);
 
+// After NEXT_NAME has answered WALK_END: says "index %s is longer than %ld lines \n" (path, and
+// 10000) where the walk stopped at the allowed lines and the file goes on behind them.
+void TELL_WHERE_CUT(const char *path, Trf_idx1_walk *walk);
+
 // Reads the next line, whatever it is, into walk->line. Returns false at the end of the file, at a
 // line that contains "END_OF_FILE", or when the allowed lines have been read.
 bool NEXT_IDX1_LINE(Trf_idx1_walk *walk);

@@ -13,6 +13,7 @@
 #include "db/alias_list.h"
 #include "db/dictionary_file.h"
 #include "db/index_writer.h"
+#include "db/mend_forgotten.h"
 #include "db/old_index.h"
 #include "util/file_copy.h"
 #include "util/file_times.h"
@@ -27,18 +28,6 @@ const char OLD_INDEX[] = "./idx1_old";
 // Characters of the index directory's name that the copy directory's name replaces.
 const size_t NB_CUT = 4;
 const mode_t NEW_DIRECTORY_MODE = 0777;
-
-// The registered log while an update runs; the one before comes back at its end.
-struct Log_registered {
-  explicit Log_registered(FILE *fp_log) : before(SET_SAVED_LOG(fp_log)) {
-  }
-  ~Log_registered() {
-    SET_SAVED_LOG(before);
-  }
-  Log_registered(const Log_registered &) = delete;
-  Log_registered &operator=(const Log_registered &) = delete;
-  FILE *before;
-};
 
 void make_directory(FILE *fp_log, const char *path) {
   DIR *directory = opendir(path);
@@ -67,13 +56,7 @@ void refresh_copy(FILE *fp_log, int num, Trf_string *G_lesson) {
   Owned_text s_cpy(S_CPY_LESSON_FROM_NUM(num, G_lesson));
   if (!s_lesson || !s_cpy || DIFF_TIME_FILE(s_lesson.get(), s_cpy.get()) >= 0)
     return;
-  int result = win_file(s_lesson.get(), s_cpy.get());
-  int reason = errno;
-  if (result == -1)
-    LOG_AND_SAY(fp_log, "cannot read file %s: %s \n", s_lesson.get(), strerror(reason));
-  else if (result == -2)
-    LOG_AND_SAY(fp_log, "cannot write file %s: %s \n", s_cpy.get(), strerror(reason));
-  else
+  if (RENEW_COPY(fp_log, s_lesson.get(), s_cpy.get()))
     LOG_LINE(fp_log, "CPY_ALL_LESSONS updated lesson=%d  s_cpy=%s \n", num, s_cpy.get());
 }
 
@@ -129,22 +112,46 @@ bool read_old_index(FILE *fp_log, const char *s_idx1, Trf_classmt *old) {
 
 } // namespace
 
+bool RENEW_COPY(FILE *fp_log, char *s_lesson, char *s_cpy) {
+  int result = win_file(s_lesson, s_cpy);
+  int reason = errno;
+  if (result == -1)
+    LOG_AND_SAY(fp_log, "cannot read file %s: %s \n", s_lesson, strerror(reason));
+  else if (result == -2)
+    LOG_AND_SAY(fp_log, "cannot write file %s: %s \n", s_cpy, strerror(reason));
+  return result >= 0;
+}
+
+void OPEN_COPY_OR_STOP(const char *scpy_lesson, Trf_index_files *files) {
+  files->copy = OPEN_SOURCE(scpy_lesson);
+  if (!files->copy)
+    exit(32);
+  files->s_alias.reset(EXTRACT_SHABANG(files->copy.get()));
+}
+
+void OPEN_INDEX_OR_STOP(FILE *fp_log, const char *s_idx1, Trf_index_files *files) {
+  if (!OPEN_NEW_FILE(s_idx1, &files->idx1))
+    stop_on_file(fp_log, "write", s_idx1);
+}
+
+void COMMIT_INDEX_OR_STOP(FILE *fp_log, const char *scpy_lesson, const char *s_idx1,
+                          Trf_index_files *files) {
+  if (ferror(files->copy.get()))
+    stop_on_file(fp_log, "read", scpy_lesson);
+  COMMIT_OR_STOP(&files->idx1, s_idx1, fp_log);
+}
+
 void UPDATE_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1) {
   Log_registered registered(fp_log);
-  Owned_stream fp = OPEN_SOURCE(scpy_lesson);
-  if (!fp)
-    exit(32);
-  Owned_text s_alias(EXTRACT_SHABANG(fp.get()));
+  Trf_index_files files;
+  OPEN_COPY_OR_STOP(scpy_lesson, &files);
   Trf_classmt old;
   bool has_old = read_old_index(fp_log, s_idx1, &old);
-  Trf_new_file idx1;
-  if (!OPEN_NEW_FILE(s_idx1, &idx1))
-    stop_on_file(fp_log, "write", s_idx1);
+  OPEN_INDEX_OR_STOP(fp_log, s_idx1, &files);
   int nb = 0;
-  IDX1_DICO(fp_log, fp.get(), s_idx1, s_alias.get(), idx1.fp, has_old ? &old : nullptr, &nb);
-  if (ferror(fp.get()))
-    stop_on_file(fp_log, "read", scpy_lesson);
-  COMMIT_OR_STOP(&idx1, s_idx1, fp_log);
+  IDX1_DICO(fp_log, files.copy.get(), s_idx1, files.s_alias.get(), files.idx1.fp,
+            has_old ? &old : nullptr, &nb);
+  COMMIT_INDEX_OR_STOP(fp_log, scpy_lesson, s_idx1, &files);
   LOG_LINE(fp_log, "file = %s has been updated \n", s_idx1);
   FREE_CLASSMT(&old);
 }
@@ -170,6 +177,7 @@ void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit) {
   Log_registered registered(fp_log);
   CPY_ALL_LESSONS(fp_log, G_dico);
   MAKE_ST_ALIAS(fp_log, G_dico);
+  MEND_FORGOTTEN(fp_log);
   IDX1_ALL_LESSONS(fp_log, G_dico);
   INIT_CUM_ERR(t_posit);
   INIT_ORDERING_POSIT(t_posit);

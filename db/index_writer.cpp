@@ -1,14 +1,12 @@
 // Writing an idx1 file from a dictionary's working copy.
 #include "db/index_writer.h"
 
-#include <limits.h>
-#include <stdlib.h>
 #include <string.h>
 
 #include "db/dictionary_file.h"
 #include "db/history_line.h"
 #include "db/idx1_format.h"
-#include "util/day_number.h"
+#include "db/old_history.h"
 #include "util/report.h"
 
 namespace {
@@ -17,18 +15,15 @@ const char NAME_MARK[] = "Q>";
 
 // One idx1 file being written.
 struct Trf_index_job {
-  FILE *fp_log;           // the log
-  FILE *fpi;              // the idx1 file
-  const char *s_idx1;     // its path
-  const char *s_alias;    // the dictionary's alias
-  Trf_classmt *old;       // the old index, or null
-  Trf_old_names names;    // its questions
-  Trf_line_cursor line;   // over the working copy
-  Trf_line_cursor record; // over the old index
-  long date0;             // today
-  int nb_marks;           // '#' lines seen
-  int nb_entries;         // records written
-  bool ended;             // the dictionary's END_OF_FILE line has been read
+  FILE *fp_log;                     // the log
+  FILE *fpi;                        // the idx1 file
+  const char *s_idx1;               // its path
+  const char *s_alias;              // the dictionary's alias
+  const Trf_history_source *source; // where histories come from
+  Trf_line_cursor line;             // over the working copy
+  int nb_marks;                     // '#' lines seen
+  int nb_entries;                   // records written
+  bool ended;                       // the dictionary's END_OF_FILE line has been read
 };
 
 void log_banner(FILE *fp_log) {
@@ -41,8 +36,8 @@ void log_banner(FILE *fp_log) {
 void log_entrance(const Trf_index_job &job) {
   log_banner(job.fp_log);
   LOG_LINE(job.fp_log, "entrance IDX1_DICO s_fp=%s %s@@@ \n", job.s_idx1, job.s_alias);
-  LOG_LINE(job.fp_log, job.old != nullptr ? "Taking account of old history records \n"
-                                          : "NOT taking account of old history \n");
+  LOG_LINE(job.fp_log, job.source->carries ? "Taking account of old history records \n"
+                                           : "NOT taking account of old history \n");
 }
 
 // Without "idx1" in its path the file may be something of the learner's own.
@@ -64,51 +59,6 @@ void write_trailer(const Trf_index_job &job) {
   fprintf(job.fpi, " \r\n");
 }
 
-// The next line of the old record. An old index that ends here would lose a history.
-char *next_old_line(Trf_index_job *job) {
-  if (NEXT_LINE(&job->record) && !IS_END_MARK(job->record.text))
-    return job->record.text;
-  LOG_AND_SAY(job->fp_log, "IDX1_DICO error in reading fp_class \n");
-  SAY("%s ends in the middle of an entry: remove its last name line, or put the cpy_ file back \n",
-      job->s_idx1);
-  exit(3);
-}
-
-// Reads an old history line and writes it to the new file, checked. `which` tells them apart in
-// the message.
-//
-// QUIRK blank history becomes zeros: a history carried over is written as numbers also where it was
-// blank; a reader would expect it to stay blank. It is meant: every field is checked and written
-// anew, and no reader tells a blank field from a 0.
-// Test: Idx1Dico.ABlankHistoryIsCarriedOverAsZeros
-void carry_history(const char *which, Trf_index_job *job) {
-  long values[NB_FIELDS + 1];
-  char text[HISTORY_LENGTH + 1];
-  if (CHECK_EXTRACT_4LINT(job->date0, next_old_line(job), values) != 0)
-    LOG_LINE(job->fp_log, "IDX1_DICO and CHECK_4LINTsome error%s in file : %s \n", which,
-             job->s_idx1);
-  WRITE_HISTORY_LINE(values, text);
-  fprintf(job->fpi, "%s\r\n", text);
-}
-
-// Writes the two history lines from old record j.
-void write_old_history(int j, const std::string &question, Trf_index_job *job) {
-  job->record.next = job->old->value[j];
-  const char *name_line = next_old_line(job);
-  if (strstr(name_line, ("#" + question + "*").c_str()) != nullptr) {
-    carry_history("", job);
-    carry_history(" 2", job);
-    return;
-  }
-  // QUIRK other name at the old place: where the old file does not hold the question at the noted
-  // offset, the line read there stands as the Q->R line, and the R->Q line is blank; a reader would
-  // expect two blank lines. It is meant, and no index written here brings it about: its name lines
-  // are where the list of questions comes from.
-  // Test: Idx1Dico.AnotherNameAtTheOldPlaceStandsAsTheFirstHistoryLine
-  fprintf(job->fpi, "%s\r\n", name_line);
-  fprintf(job->fpi, "%s\r\n", BLANK_HISTORY_LINE());
-}
-
 // QUIRK name read otherwise: a dictionary line in UTF-8 that cannot be turned into CP1252 is taken
 // as it stands. Where the letter at fault is not in the name line (it stands behind the cut, or the
 // name on a later line ends before it), the name line can be turned, and is when it is read back:
@@ -119,12 +69,9 @@ void write_old_history(int j, const std::string &question, Trf_index_job *job) {
 void write_entry(const std::string &name_line, Trf_index_job *job) {
   job->nb_entries++;
   fprintf(job->fpi, "%s \r\n", name_line.c_str());
-  std::string question = QUESTION_OF_NAME_LINE(name_line);
-  int j = FIND_OLD_RECORD(job->names, question);
-  if (j > 0 && j <= job->old->nb)
-    write_old_history(j, question, job);
-  else
-    fprintf(job->fpi, "%s\r\n%s\r\n", BLANK_HISTORY_LINE(), BLANK_HISTORY_LINE());
+  Trf_history_lines history =
+      job->source->history_of(QUESTION_OF_NAME_LINE(name_line), job->source->from);
+  fprintf(job->fpi, "%s\r\n%s\r\n", history.qr.c_str(), history.rq.c_str());
 }
 
 // Reads the next line, cut. Returns false at the end of the file, at the END_OF_FILE line (*ended)
@@ -169,6 +116,32 @@ void index_line(Trf_index_job *job) {
     write_entry(NAME_LINE_OF_ENTRY(text, job->s_alias, job->line.start), job);
 }
 
+Trf_history_lines no_history(const std::string &, void *) {
+  return {BLANK_HISTORY_LINE(), BLANK_HISTORY_LINE()};
+}
+
+// QUIRK blank history becomes zeros: a history carried over is written as numbers also where it was
+// blank; a reader would expect it to stay blank. It is meant: every field is checked and written
+// anew, and no reader tells a blank field from a 0.
+// Test: Idx1Dico.ABlankHistoryIsCarriedOverAsZeros
+Trf_history_lines carried_history(const std::string &question, void *from) {
+  auto *old = static_cast<Trf_old_histories *>(from);
+  Trf_values values;
+  switch (READ_OLD_HISTORY(question, old, &values)) {
+  case OLD_HISTORY:
+    return HISTORY_LINES(values);
+  // QUIRK other name at the old place: where the old file does not hold the question at the noted
+  // offset, the line read there stands as the Q->R line, and the R->Q line is blank; a reader would
+  // expect two blank lines. It is meant, and no index written here brings it about: its name lines
+  // are where the list of questions comes from.
+  // Test: Idx1Dico.AnotherNameAtTheOldPlaceStandsAsTheFirstHistoryLine
+  case OLD_OTHER_NAME:
+    return {old->record.text, BLANK_HISTORY_LINE()};
+  default:
+    return no_history(question, from);
+  }
+}
+
 } // namespace
 
 // QUIRK name on a later line: every line read in search of the name is used up, entry lines too; a
@@ -192,26 +165,23 @@ bool IDX1_DICO_NONAME_LINE(Trf_line_cursor *line, const char *st_alias, long off
   return false;
 }
 
+Trf_history_lines HISTORY_LINES(const Trf_values &values) {
+  char qr[HISTORY_LENGTH + 1];
+  char rq[HISTORY_LENGTH + 1];
+  WRITE_HISTORY_LINE(values.qr, qr);
+  WRITE_HISTORY_LINE(values.rq, rq);
+  return {qr, rq};
+}
+
 // QUIRK first 10000 lines of a dictionary: what lies behind is not indexed; a reader would take the
 // limit for a mistake. It is meant: no reader of a dictionary goes further.
 // Test: Idx1Dico.ADictionaryIsIndexedUpToLine10000
-void IDX1_DICO(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
-               Trf_classmt *trf_classmt, int *nb) {
-  FILE *fp_class = trf_classmt != nullptr ? trf_classmt->fp_class : nullptr;
-  Trf_index_job job = {fp_log,
-                       fpi,
-                       sfp1,
-                       st_alias != nullptr ? st_alias : "",
-                       trf_classmt,
-                       trf_classmt != nullptr ? OLD_NAMES(trf_classmt->ss_words) : Trf_old_names(),
-                       Trf_line_cursor(fp),
-                       Trf_line_cursor(fp_class),
-                       DIFF_JOUR(),
-                       0,
-                       0,
-                       false};
+void WRITE_INDEX(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
+                 const Trf_history_source *source, int *nb) {
+  Trf_index_job job = {
+      fp_log, fpi, sfp1, st_alias != nullptr ? st_alias : "", source, Trf_line_cursor(fp),
+      0,      0,   false};
   job.line.limit = MAX_DICO_LINES;
-  job.record.limit = LONG_MAX;
   log_entrance(job);
   check_path(job);
   write_header(job);
@@ -219,8 +189,18 @@ void IDX1_DICO(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
     index_line(&job);
   write_trailer(job);
   *nb = job.nb_marks;
-  if (trf_classmt == nullptr)
+}
+
+void IDX1_DICO(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
+               Trf_classmt *trf_classmt, int *nb) {
+  if (trf_classmt == nullptr) {
+    Trf_history_source source = {false, no_history, nullptr};
+    WRITE_INDEX(fp_log, fp, sfp1, st_alias, fpi, &source, nb);
     return;
+  }
+  Trf_old_histories old(trf_classmt, sfp1, fp_log);
+  Trf_history_source source = {true, carried_history, &old};
+  WRITE_INDEX(fp_log, fp, sfp1, st_alias, fpi, &source, nb);
   fclose(trf_classmt->fp_class);
   trf_classmt->fp_class = nullptr;
 }

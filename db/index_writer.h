@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "db/old_history.h"
 #include "db/old_index.h"
 #include "util/line_reader.h"
 
@@ -24,6 +25,29 @@
 // the R->Q line "some error 2") and goes on corrected.
 void IDX1_DICO(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
                Trf_classmt *trf_classmt, int *nb);
+
+// The two history lines of an entry, 52 characters each, without line ends.
+struct Trf_history_lines {
+  std::string qr;
+  std::string rq;
+};
+
+// The history lines of these values.
+Trf_history_lines HISTORY_LINES(const Trf_values &values);
+
+// Where the history lines of an index being written come from.
+struct Trf_history_source {
+  bool carries; // whether there are old records at all, for the log
+  // The history of the entry with this question (see QUESTION_OF_NAME_LINE).
+  Trf_history_lines (*history_of)(const std::string &question, void *from);
+  void *from; // handed to it; borrowed
+};
+
+// What IDX1_DICO and SYNCHRO_IDX1 (db/synchronise.h) have in common: writes a whole idx1 file, each
+// history as the source gives it. The other parameters, the messages and the end with status 1 are
+// those of IDX1_DICO.
+void WRITE_INDEX(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
+                 const Trf_history_source *source, int *nb);
 
 // Builds the name line of an entry whose '#' stands alone on its line: reads on to a line that
 // contains "Q>" and takes the text behind it or, where that is blank, the next line that is not.

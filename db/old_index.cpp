@@ -51,19 +51,8 @@ void add_words(const char *name_line, FILE *fp_log, std::string *words) {
 void stop_where_unreadable(const Trf_classmt *old) {
   int reason = errno;
   if (ferror(old->fp_class))
-    STOP_PROGRAM(old->fp_log, 1, "cannot read file %s: %s \n", OLD_INDEX, strerror(reason));
-}
-
-// QUIRK first 10000 lines of an old index: what lies behind is not carried over; a reader would
-// take the limit for a mistake. It is meant: no idx1 file is read further anywhere, and the
-// learner is told, so that the dictionary can be divided.
-// Test: ClassOldWords.TellsOfAnIndexLongerThan10000Lines
-void tell_where_cut(Trf_idx1_walk *walk, const Trf_classmt *old) {
-  bool at_limit = walk->line.length >= 0 && !IS_END_MARK(walk->line.text);
-  ALLOW_LINES(1, walk);
-  if (at_limit && NEXT_LINE(&walk->line))
-    SAY("index %s is longer than %ld lines \n", old->s_idx1 != nullptr ? old->s_idx1 : OLD_INDEX,
-        MAX_IDX1_LINES);
+    STOP_PROGRAM(old->fp_log, 1, "cannot read file %s: %s \n",
+                 old->s_class != nullptr ? old->s_class : OLD_INDEX, strerror(reason));
 }
 
 void store_words(const std::string &words, Trf_classmt *old) {
@@ -109,7 +98,11 @@ void CLASS_OLD_WORDS(Trf_classmt *trf_classmt) {
     add_words(walk.line.text, trf_classmt->fp_log, &words);
   }
   stop_where_unreadable(trf_classmt);
-  tell_where_cut(&walk, trf_classmt);
+  // QUIRK first 10000 lines of an old index: what lies behind is not carried over; a reader would
+  // take the limit for a mistake. It is meant: no idx1 file is read further anywhere, and the
+  // learner is told, so that the dictionary can be divided.
+  // Test: ClassOldWords.TellsOfAnIndexLongerThan10000Lines
+  TELL_WHERE_CUT(trf_classmt->s_idx1 != nullptr ? trf_classmt->s_idx1 : OLD_INDEX, &walk);
   store_words(words, trf_classmt);
 }
 

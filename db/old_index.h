@@ -23,6 +23,7 @@ struct Trf_classmt {
   int lss_words = 0;            // capacity of ss_words, which has 5 spare bytes more
   char *ss_words = nullptr;     // "*", then for each old record a blank, its question and '*'
   const char *s_idx1 = nullptr; // the index whose copy fp_class is, for messages; borrowed, or null
+  const char *s_class = nullptr; // path of fp_class; borrowed, null for "./idx1_old"
 };
 
 // Sets the record up for CLASS_OLD_WORDS: nb 0, nb_tot 20, lss_words 30, ss_words "*". fp_class is
@@ -38,7 +39,7 @@ void FREE_CLASSMT(Trf_classmt *trf_classmt);
 // Ends the program with status 1 where no header separator is found ("Error no detection of #######
 // stop \n") or a name line has no '*' ("Error no detection of #     *  stop \n"), each followed by
 // "n file : ./idx1_old \n", in the log and on standard output; and where the file cannot be read to
-// its end ("cannot read file ./idx1_old: %s \n").
+// its end ("cannot read file %s: %s \n", its own path).
 void CLASS_OLD_WORDS(Trf_classmt *trf_classmt);
 
 // The questions of ss_words, by text: the number (from 1) of the first record with that question.

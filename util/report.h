@@ -35,4 +35,16 @@ FILE *SET_SAVED_LOG(FILE *fp_log);
 // The log registered with SET_SAVED_LOG, or null.
 FILE *SAVED_LOG();
 
+// Registers a log for the length of a scope; the one before comes back at its end.
+struct Log_registered {
+  explicit Log_registered(FILE *fp_log) : before(SET_SAVED_LOG(fp_log)) {
+  }
+  ~Log_registered() {
+    SET_SAVED_LOG(before);
+  }
+  Log_registered(const Log_registered &) = delete;
+  Log_registered &operator=(const Log_registered &) = delete;
+  FILE *before;
+};
+
 #endif
