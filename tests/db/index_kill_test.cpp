@@ -4,55 +4,9 @@
 
 #include "db_files.h"
 
-#include <dlfcn.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
+#include "support/killed.h"
 
 #include "db/idx1_walk.h"
-
-namespace {
-
-// Steps (fsync, rename, unlink) until the process is killed; 0 for never. Odd numbers kill before
-// a step, even ones after it.
-struct {
-  int countdown;
-} death;
-
-void die_when_due() {
-  if (death.countdown > 0 && --death.countdown == 0)
-    raise(SIGKILL);
-}
-
-template <typename Routine> Routine *system_routine(const char *name) {
-  return reinterpret_cast<Routine *>(dlsym(RTLD_NEXT, name));
-}
-
-} // namespace
-
-extern "C" int fsync(int fd) {
-  static auto *real = system_routine<int(int)>("fsync");
-  die_when_due();
-  int result = real(fd);
-  die_when_due();
-  return result;
-}
-
-extern "C" int rename(const char *from, const char *to) noexcept {
-  static auto *real = system_routine<int(const char *, const char *)>("rename");
-  die_when_due();
-  int result = real(from, to);
-  die_when_due();
-  return result;
-}
-
-extern "C" int unlink(const char *path) noexcept {
-  static auto *real = system_routine<int(const char *)>("unlink");
-  die_when_due();
-  int result = real(path);
-  die_when_due();
-  return result;
-}
 
 namespace {
 
@@ -102,27 +56,6 @@ void start() {
   FREE_POSIT(&table);
 }
 
-// Starts in a process of its own, killed after so many steps or, where limit is not 0, when a file
-// grows beyond so many bytes. Returns whether it was killed.
-bool killed_start(int countdown, rlim_t limit) {
-  fflush(nullptr);
-  pid_t child = fork();
-  if (child == 0) {
-    if (freopen("/dev/null", "w", stdout) == nullptr)
-      _exit(99);
-    death.countdown = countdown;
-    struct rlimit size = {limit, limit};
-    if (limit > 0 && setrlimit(RLIMIT_FSIZE, &size) != 0)
-      _exit(99);
-    start();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0) << status;
-  return WIFSIGNALED(status);
-}
-
 // Every history stands in the index, under its question.
 void expect_every_history(const Scratch_dir &dir, const std::string &when) {
   for (int dictionary = 1; dictionary <= 2; dictionary++) {
@@ -141,7 +74,7 @@ bool die_and_start_again(int countdown, rlim_t limit) {
   std::string when = std::to_string(countdown) + " steps, " + std::to_string(limit) + " bytes";
   Scratch_dir dir;
   edited_home(dir);
-  bool killed = killed_start(countdown, limit);
+  bool killed = KILLED_RUN(start, countdown, limit);
   expect_every_history(dir, "killed after " + when);
   testing::internal::CaptureStdout();
   start();
