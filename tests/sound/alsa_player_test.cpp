@@ -14,6 +14,7 @@
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsSupersetOf;
 using testing::SizeIs;
 
 namespace {
@@ -86,6 +87,18 @@ TEST_F(AlsaPlayer, WholeFileIsDrainedAndThenClosed) {
   ASSERT_GE(sound.calls.size(), 3u);
   EXPECT_THAT(std::vector<std::string>(sound.calls.end() - 3, sound.calls.end()),
               ElementsAre("snd_pcm_writei 2048", "snd_pcm_drain", "snd_pcm_close"));
+}
+
+TEST_F(AlsaPlayer, BothPlayersHaveFourPeriodsOf1024FramesAtTheRateOfTheFile) {
+  make_sound(NAME, WAV_16, 2, noise(10), 22050);
+  alsa_play_total(NAME);
+  std::vector<std::string> total = sound.calls_of("snd_pcm_hw_params_set_");
+  EXPECT_THAT(total, IsSupersetOf({"snd_pcm_hw_params_set_rate_near 22050",
+                                   "snd_pcm_hw_params_set_channels 2",
+                                   "snd_pcm_hw_params_set_buffer_size_near 4096",
+                                   "snd_pcm_hw_params_set_period_size_near 1024"}));
+  range(0, 5);
+  EXPECT_EQ(sound.calls_of("snd_pcm_hw_params_set_"), total);
 }
 
 TEST_F(AlsaPlayer, FileThatEndsAtABufferEdgeGetsNoFurtherBuffer) {
@@ -191,6 +204,13 @@ TEST_F(AlsaPlayer, RangeBeyondTheEndIsCutThere) {
   EXPECT_THAT(sound.calls_of("snd_pcm_close"), SizeIs(1));
 }
 
+TEST_F(AlsaPlayer, FloatRangeBeyondTheEndIsCutThere) {
+  std::vector<double> samples = ramp(3000);
+  make_sound(NAME, WAV_FLOAT, 1, samples);
+  for (long stop : {3000L, 1000000L, LONG_MAX})
+    EXPECT_EQ(range(2000, stop), cut(scaled(samples, 0.5), 2000, 3000, 2048)) << stop;
+}
+
 TEST_F(AlsaPlayer, RangeThatStartsOutsideTheFilePlaysNothing) {
   make_sound(NAME, WAV_16, 2, noise(3000));
   for (long start : {1500L, 1501L, 100000L, LONG_MAX, -1L, LONG_MIN})
@@ -243,6 +263,18 @@ TEST_F(AlsaPlayer, DamagedFileIsToldOnStandardOutput) {
   hear([] { alsa_play_total(NAME); });
   EXPECT_EQ(said.find("alsa_play Not able to open file "), 0u);
   EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1);
+  EXPECT_TRUE(sound.calls.empty());
+}
+
+TEST_F(AlsaPlayer, FileOfNoBytesAndDirectoryAreToldOnStandardOutput) {
+  dir.write(NAME, "");
+  dir.write("b.wav/inside", "");
+  char directory[] = "b.wav";
+  for (char *path : {NAME, directory}) {
+    hear([&] { alsa_range_play(path, 0, 10); });
+    EXPECT_EQ(said.find("alsa_play Not able to open file "), 0u) << path;
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << path;
+  }
   EXPECT_TRUE(sound.calls.empty());
 }
 

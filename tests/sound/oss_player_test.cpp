@@ -15,6 +15,7 @@
 #include "util/report.h"
 
 using testing::ElementsAre;
+using testing::IsSupersetOf;
 using testing::SizeIs;
 
 namespace {
@@ -133,6 +134,28 @@ TEST_F(OssPlayer, BothPlayersPostSyncAndClose) {
               ElementsAre("write 20", "POST 0", "SYNC 0", "close"));
 }
 
+TEST_F(OssPlayer, BothPlayersSetTheChannelsAndTheRateOfTheFile) {
+  make_sound(NAME, WAV_16, 2, noise(10), 22050);
+  linux_play_total(NAME);
+  range(0, 5);
+  EXPECT_THAT(sound.calls, IsSupersetOf({"CHANNELS 2", "SPEED 22050"}));
+  make_sound(NAME, WAV_16, 1, noise(10), 8000);
+  sound.calls.clear();
+  linux_play_total(NAME);
+  EXPECT_THAT(sound.calls, IsSupersetOf({"CHANNELS 1", "SPEED 8000"}));
+}
+
+TEST_F(OssPlayer, EmptyFileOpensTheDeviceAndWritesNothing) {
+  for (int format : {WAV_16, WAV_FLOAT}) {
+    make_sound(NAME, format, 1, std::vector<short>());
+    linux_play_total(NAME);
+    EXPECT_EQ(sound.calls.back(), "close");
+    EXPECT_TRUE(range(0, 100).empty());
+    EXPECT_EQ(sound.calls.back(), "close");
+  }
+  EXPECT_TRUE(sound.sizes.empty());
+}
+
 TEST_F(OssPlayer, PostAndSyncThatFailAreOnlyTold) {
   make_sound(NAME, WAV_16, 1, noise(10));
   sound.fails = {{"POST", EBUSY}, {"SYNC", EIO}};
@@ -151,6 +174,16 @@ TEST_F(OssPlayer, MonoRangeIsSilentBehindItsStop) {
   EXPECT_EQ(range(1000, 4000), cut(samples, 1000, 4000, 4096));
   // The last read stops at the end of the file.
   EXPECT_EQ(range(9000, 9500), cut(samples, 9000, 9500, 1000));
+}
+
+TEST_F(OssPlayer, RangeBeyondTheEndIsCutThere) {
+  std::vector<short> samples = noise(3000);
+  for (long stop : {3000L, 1000000L, LONG_MAX}) {
+    make_sound(NAME, WAV_16, 1, samples);
+    EXPECT_EQ(range(2000, stop), cut(samples, 2000, 3000, 1000)) << stop;
+    make_sound(NAME, WAV_FLOAT, 1, ramp(3000));
+    EXPECT_EQ(range(2000, stop), cut(scaled(ramp(3000), 0.5), 2000, 3000, 1000)) << stop;
+  }
 }
 
 TEST_F(OssPlayer, StereoRangeOf16BitSoundStopsHalfWay) {

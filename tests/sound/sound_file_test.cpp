@@ -31,6 +31,18 @@ TEST(SoundFile, ChannelsRateAndSubformatAreTold) {
   }
 }
 
+TEST(SoundFile, OnlyOneAndTwoChannelsAreOpened) {
+  Scratch_dir dir;
+  for (int channels = 1; channels <= 6; channels++) {
+    make_sound("a", WAV_16, channels, noise(60));
+    Trf_sound_file sound;
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(OPEN_SOUND("a", "complaint ", &sound), channels <= 2) << channels;
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              channels <= 2 ? "" : "Error : channels = " + std::to_string(channels) + ".\n");
+  }
+}
+
 TEST(SoundFile, ScaleBeginsWithAMaximumOfTenToTheMinusTen) {
   Scratch_dir dir;
   for (double loudest : {0.0, 0.99e-10, 1.01e-10}) {
