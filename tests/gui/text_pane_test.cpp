@@ -119,6 +119,24 @@ TEST_F(TextPane, ButtonWithAKnownLabelIsYellow) {
   EXPECT_NE(gtk_widget_get_style(window.button("C>3"))->bg[GTK_STATE_NORMAL].red, 0xf0f0);
 }
 
+TEST_F(TextPane, ButtonsKeepAwayFromTheTextAndOnlyTheyAreLetDown) {
+  describe();
+  EXPECT_EQ(gtk_container_get_border_width(GTK_CONTAINER(window.button("A>1"))), 3u);
+  GtkTextBuffer *buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(book->text_view));
+  GtkTextTag *tag =
+      gtk_text_tag_table_lookup(gtk_text_buffer_get_tag_table(buffer), "sound-button");
+  ASSERT_NE(tag, nullptr);
+  GtkTextIter place;
+  gtk_text_buffer_get_start_iter(buffer, &place);
+  int let_down = 0;
+  do {
+    bool button = gtk_text_iter_get_child_anchor(&place) != nullptr;
+    EXPECT_EQ(gtk_text_iter_has_tag(&place, tag) != 0, button);
+    let_down += button ? 1 : 0;
+  } while (gtk_text_iter_forward_char(&place));
+  EXPECT_EQ(let_down, 4);
+}
+
 TEST_F(TextPane, DictionaryWithoutATextShowsItsHeadings) {
   press("Next");
   describe();
