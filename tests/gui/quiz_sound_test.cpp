@@ -3,6 +3,8 @@
 
 #include "gui/heard.h"
 #include "gui/window.h"
+#include "sound/device.h"
+#include "sound/recordings.h"
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -43,6 +45,17 @@ TEST(QuizSound, QuestionIsHeardAndNotRead) {
   EXPECT_THAT(drill.pane_lines(), Contains("chat.wav"));
   EXPECT_THAT(drill.pane_lines(), Contains("(2)"));
   EXPECT_THAT(drill.pane_lines(), Not(Contains("chat")));
+}
+
+TEST(QuizSound, RangeOfAQuestionReachesTheDevice) {
+  Drill drill("<)) chat.wav 100 2000\n");
+  drill.answer();
+  const std::vector<short> samples = noise(4000);
+  make_sound("words/chat.wav", WAV_16, 1, samples);
+  Fake_sound sound;
+  Sounding sounding;
+  drill.answer();
+  EXPECT_EQ(sound.floats, cut(as_floats(samples), 100, 2000, 2048));
 }
 
 TEST(QuizSound, ResponseShowsTheQuestionAndIsSilent) {

@@ -6,6 +6,8 @@
 #include "gui/heard.h"
 #include "gui/window.h"
 #include "quiz/locate_entry.h"
+#include "sound/device.h"
+#include "sound/recordings.h"
 #include "text/button_block.h"
 #include "text/label_click.h"
 
@@ -150,6 +152,33 @@ TEST_F(TextPane, ClickPlaysTheRangesOfItsLabelOneAfterTheOther) {
   press("A>1");
   EXPECT_THAT(HEARD(), testing::SizeIs(2));
   EXPECT_EQ(log().find("cback_button"), std::string::npos);
+}
+
+TEST_F(TextPane, RangesOfALabelReachTheDeviceOneAfterTheOther) {
+  describe();
+  // The second range of the label, 132300 to 176400, ends with the recording.
+  const std::vector<short> samples = noise(176400);
+  make_sound("lecon1.wav", WAV_16, 1, samples);
+  Fake_sound sound;
+  Sounding sounding;
+  press("A>1");
+  std::vector<float> floats = as_floats(samples);
+  std::vector<float> expected = cut(floats, 0, 88200, 90112);
+  std::vector<float> second = cut(floats, 132300, 176400, 45056);
+  expected.insert(expected.end(), second.begin(), second.end());
+  EXPECT_EQ(sound.floats, expected);
+}
+
+// The click is made by hand: the child must leave the parent's display alone.
+TEST_F(TextPane, MachineWithoutAnyDeviceEndsAtTheFirstRange) {
+  describe();
+  make_sound("lecon1.wav", WAV_16, 1, noise(4000));
+  Fake_sound sound;
+  sound.alsa_cards = false;
+  sound.dsp = "";
+  Sounding sounding;
+  GtkWidget *button = window.button("A>1");
+  ENDS_WITH_STATUS(cback_button(button, book), 1, "linux_open_dsp_device : open ");
 }
 
 TEST_F(TextPane, ClickPlaysWithTheSoundSwitchedOff) {
