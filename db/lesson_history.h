@@ -63,14 +63,18 @@ void RESTART_LESSON_WALK(Trf_lesson_walk *walk);
 struct Trf_history_line {
   long start = 0;         // offset of the line
   long next = 0;          // offset of the line behind it
-  long room = 0;          // its bytes without the line end, 0 where it is missing or empty
+  long room = 0;          // its bytes without the line end; 0 where it is missing or empty
   bool is_record = false; // it begins with '#': no history line but the next record
   bool faulty = false;    // CHECK_EXTRACT_4LINT found it so
   long values[NB_FIELDS + 1] = {0}; // elements 1 to 4, corrected where damaged
 };
 
-// Reads the line at offset `start` of the word's idx1 file as a history line. A missing one has the
-// length 0; where the idx1 file is not open, its values are 0 and nothing is logged.
+// Finds the line at offset `start` of the word's idx1 file, which is open: start, next, room and
+// is_record; its text then stands in walk->line. A missing line has the length 0.
+void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line);
+
+// Finds the line and reads it as a history line. Where the idx1 file is not open, everything is 0
+// and nothing is logged.
 // Logs "%s  file : %s  needs regeneration\n" where its length is not 52, and "%s and CHECK_4LINT"
 // "some error in file : %s of lesson : %s \n" (with the word's alias) where it is faulty.
 void READ_LESSON_HISTORY(long start, Trf_lesson_walk *walk, Trf_history_line *line);

@@ -19,11 +19,12 @@ const long MAX_RECORDED_COUNT = 10000;
 // be opened is told ("RECORD_LESSON cannot open file %s \n", log and standard output) and its words
 // are not recorded. A line or file that cannot be written is told ("cannot write file %s: %s \n",
 // log and standard output), the others are recorded.
-// Ends the program (texts in the log and on standard output): status 10 "RECORD_LESSON error 10"
-// after day 10000; status 1 "RECORD_LESSON error 1" where a count is above 10000; status 2
-// "RECORD_LESSON error 2" where a count is below the file's (before it, on standard output, "entry
-// %s stands twice in the lesson \n" where that is why); as NEXT_LESSON_WORD and
-// CHECK_CORR_SNG_DBASE do.
+// Ends the program (texts in the log and on standard output):
+//   10 "RECORD_LESSON error 10" after day 10000;
+//   1 "RECORD_LESSON error 1" where a count is above 10000;
+//   2 "RECORD_LESSON error 2" where a count is below the file's (before it, on standard output,
+//   "entry %s stands twice in the lesson \n" where that is why);
+//   as NEXT_LESSON_WORD, MEND_FORGOTTEN, back_up_file and CHECK_CORR_SNG_DBASE do.
 void RECORD_LESSON(Trf_book *book);
 
 // Asks whether the history of the current lesson is to be forgotten (util/dialogs). No: records it

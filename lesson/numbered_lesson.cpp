@@ -8,6 +8,7 @@
 #include "config/registry.h"
 #include "db/generated_lesson.h"
 #include "db/idx1_walk.h"
+#include "db/mend_forgotten.h"
 #include "lesson/indirect_entry.h"
 #include "lesson/table_entry.h"
 #include "score/check_order.h"
@@ -123,6 +124,7 @@ void refuse_lesson(const char *path, Trf_book *book) {
 void INIT_LESSON(int *ilesson, Trf_book *book) {
   if (*ilesson == 0)
     return RENEW_ELEM_NEVEZ(book->t_posit);
+  MEND_FORGOTTEN(book->fp_log);
   close_stream(&book->fp_idx1);
   close_stream(&book->fp_gene);
   Owned_text s_idx1(S_IDX1_FROM_NUM(*ilesson, book->G_kentel));

@@ -1,0 +1,121 @@
+// The words of the lesson being drilled, one by one, each with its history lines in its idx1 file.
+#include "db/lesson_history.h"
+
+#include <limits.h>
+#include <unistd.h>
+
+#include "score/position_table.h"
+#include "util/day_number.h"
+#include "util/report.h"
+
+namespace {
+
+void close_idx1(Trf_lesson_walk *walk) {
+  if (walk->book->fp_idx1 != nullptr)
+    fclose(walk->book->fp_idx1);
+  walk->book->fp_idx1 = nullptr;
+  walk->line.fp = nullptr;
+  walk->path.clear();
+  walk->stale = false;
+}
+
+// Opens the idx1 file that the word's record names, unless it is open.
+void open_idx1(Trf_lesson_walk *walk) {
+  Trf_book *book = walk->book;
+  if (book->fp_idx1 != nullptr && !walk->stale && walk->path == walk->record.path)
+    return;
+  close_idx1(walk);
+  if (walk->shut.count(walk->record.path) > 0)
+    return;
+  book->fp_idx1 = fopen(walk->record.path.c_str(), walk->mode);
+  if (book->fp_idx1 == nullptr) {
+    walk->shut.insert(walk->record.path);
+    LOG_AND_SAY(book->fp_log, "%s cannot open file %s \n", walk->who, walk->record.path.c_str());
+    return;
+  }
+  walk->line.fp = book->fp_idx1;
+  walk->path = walk->record.path;
+}
+
+[[noreturn]] void stop_without_reference(Trf_lesson_walk *walk) {
+  FILE *fp_log = walk->book->fp_log;
+  LOG_AND_SAY(fp_log, "%s error 1 stop 2 \n", walk->who);
+  LOG_AND_SAY(fp_log, "Error no detection of values icont=%d stop \n", walk->icont);
+  STOP_PROGRAM(fp_log, 2, "in file : %s \n", CURRENT_GENE_NAME(walk->book->ilesson));
+}
+
+// The bytes of the line just read, up to its line end. Its text may have another length: a tab is
+// several blanks there.
+long room_of_line(Trf_line_cursor *line) {
+  std::string bytes((size_t)(line->next - line->start), '\0');
+  ssize_t nb = pread(fileno(line->fp), bytes.data(), bytes.size(), line->start);
+  bytes.resize(nb > 0 ? (size_t)nb : 0);
+  size_t end = bytes.find_first_of("\r\n\xFF");
+  return (long)(end == std::string::npos ? bytes.size() : end);
+}
+
+} // namespace
+
+Trf_lesson_walk::Trf_lesson_walk(const char *routine, FILE *fp_gene, const char *open_mode,
+                                 Trf_book *of_book)
+    : who(routine), mode(open_mode), book(of_book), gene(fp_gene), line(nullptr),
+      date0(DIFF_JOUR()) {
+  gene.limit = LONG_MAX;
+  line.limit = LONG_MAX;
+  close_idx1(this);
+}
+
+Trf_lesson_walk::~Trf_lesson_walk() {
+  close_idx1(this);
+}
+
+// QUIRK unreadable record: where no name line stands at a word's place in the lesson file, the word
+// is passed over without a message, and the next word keeps its own number; a reader would expect
+// the walk to stop or to say so. It is meant: a word's counts belong to its number, and the other
+// words of the lesson must not lose theirs.
+// Test: RecordLesson.ARecordThatCannotBeReadIsPassedOverWithItsWordAlone
+bool NEXT_LESSON_WORD(Trf_lesson_walk *walk) {
+  const Trf_posit *t_posit = walk->book->t_posit;
+  while (walk->icont < t_posit->nb_posit) {
+    walk->icont++;
+    walk->gene.next = t_posit->posit[walk->icont];
+    Trf_gene_result result = READ_GENE_RECORD(&walk->gene, &walk->record);
+    if (result == GENE_NO_NAME)
+      continue;
+    if (result == GENE_NO_REFERENCE)
+      stop_without_reference(walk);
+    open_idx1(walk);
+    if (result == GENE_NO_OFFSET)
+      STOP_PROGRAM(walk->book->fp_log, 1, "RECORD_FILE error cannot extract nc1 \n");
+    return true;
+  }
+  return false;
+}
+
+void RESTART_LESSON_WALK(Trf_lesson_walk *walk) {
+  walk->icont = 0;
+}
+
+void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line) {
+  *line = Trf_history_line();
+  walk->line.next = start;
+  bool found = NEXT_LINE(&walk->line);
+  line->start = start;
+  line->next = walk->line.next;
+  line->room = found ? room_of_line(&walk->line) : 0;
+  line->is_record = walk->line.text[0] == '#';
+}
+
+void READ_LESSON_HISTORY(long start, Trf_lesson_walk *walk, Trf_history_line *line) {
+  *line = Trf_history_line();
+  FILE *fp_log = walk->book->fp_log;
+  if (walk->book->fp_idx1 == nullptr)
+    return;
+  FIND_HISTORY_LINE(start, walk, line);
+  if (walk->line.length != HISTORY_LENGTH)
+    LOG_LINE(fp_log, "%s  file : %s  needs regeneration\n", walk->who, walk->path.c_str());
+  line->faulty = CHECK_EXTRACT_4LINT(walk->date0, walk->line.text, line->values) != 0;
+  if (line->faulty)
+    LOG_LINE(fp_log, "%s and CHECK_4LINTsome error in file : %s of lesson : %s \n", walk->who,
+             walk->path.c_str(), walk->record.alias.c_str());
+}

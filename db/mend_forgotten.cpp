@@ -1,0 +1,180 @@
+// A forgotten lesson made whole again, so that it does not hurt the entries behind it.
+#include "db/mend_forgotten.h"
+
+#include <errno.h>
+#include <limits.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <map>
+
+#include "db/history_line.h"
+#include "db/idx1_format.h"
+#include "util/in_place.h"
+#include "util/line_reader.h"
+#include "util/numbers.h"
+#include "util/owned.h"
+#include "util/report.h"
+#include "util/safe_write.h"
+
+namespace {
+
+const char ERASED_NAME[] = "./mertu_erased";
+
+// A modification time; none where it was not noted.
+struct Trf_moment {
+  bool noted = false;
+  struct timespec time = {0, 0};
+};
+
+// The noted idx1 files, by path.
+using Trf_erased = std::map<std::string, Trf_moment>;
+
+bool is_earlier(const struct timespec &time, const struct timespec &other) {
+  return time.tv_sec != other.tv_sec ? time.tv_sec < other.tv_sec : time.tv_nsec < other.tv_nsec;
+}
+
+void read_line(char *text, Trf_erased *erased) {
+  size_t length = strcspn(text, " ");
+  if (length == 0)
+    return;
+  Trf_moment moment;
+  long taken[3] = {0, 0, 0};
+  EXTR_N_LINT(2, text + length, taken);
+  moment.noted = taken[0] == 2;
+  moment.time = {taken[1], taken[2]};
+  (*erased)[std::string(text, length)] = moment;
+}
+
+// Reads what is noted; nothing where there is no such file.
+Trf_erased read_erased() {
+  Trf_erased erased;
+  Owned_stream fp = OPEN_STREAM(ERASED_NAME, "r");
+  if (fp == nullptr)
+    return erased;
+  Trf_line_cursor line(fp.get());
+  line.limit = LONG_MAX;
+  while (NEXT_LINE(&line))
+    read_line(line.text, &erased);
+  return erased;
+}
+
+// Replaces the notes. Returns 0, or the errno that tells why not.
+int write_erased(const Trf_erased &erased) {
+  Trf_new_file file;
+  if (!OPEN_NEW_FILE(ERASED_NAME, &file))
+    return errno;
+  for (const auto &[path, moment] : erased)
+    if (moment.noted)
+      fprintf(file.fp, "%s %ld %ld\n", path.c_str(), (long)moment.time.tv_sec,
+              (long)moment.time.tv_nsec);
+    else
+      fprintf(file.fp, "%s\n", path.c_str());
+  int reason = COMMIT_NEW_FILE(&file);
+  if (reason == 0)
+    SYNC_DIRECTORY_OF(ERASED_NAME);
+  return reason;
+}
+
+// Notes the modification times before the first mend changes them. Where the disk refuses the note,
+// only an end of the program in the middle of the mend could tell.
+void note_times(Trf_erased *erased) {
+  bool changed = false;
+  for (auto &[path, moment] : *erased) {
+    struct stat about;
+    if (moment.noted || stat(path.c_str(), &about) != 0)
+      continue;
+    moment = {true, about.st_mtim};
+    changed = true;
+  }
+  if (changed)
+    write_erased(*erased);
+}
+
+// The bytes of the line just read, with its line end.
+std::string bytes_of_line(const Trf_line_cursor &line) {
+  std::string bytes((size_t)(line.next - line.start), '\0');
+  ssize_t nb = pread(fileno(line.fp), bytes.data(), bytes.size(), line.start);
+  bytes.resize(nb > 0 ? (size_t)nb : 0);
+  return bytes;
+}
+
+// What makes an erased line whole from behind its first blank history line: a line end like its
+// own, and a blank history line in the bytes that are left (52 unless the old lines were damaged).
+// "" where the line is not an erased one.
+std::string mended_rest(const std::string &bytes) {
+  std::string blank = BLANK_HISTORY_LINE();
+  size_t end = bytes.find_first_of("\r\n");
+  if (end == std::string::npos || bytes.compare(0, 2 * blank.size(), blank + blank) != 0)
+    return "";
+  std::string line_end = bytes[end] == '\r' ? "\r\n" : "\n";
+  size_t left = end - blank.size() - line_end.size();
+  blank.resize(left, ' ');
+  return line_end + blank;
+}
+
+// Mends every erased record of an open file. Returns 0, or the errno that tells why not.
+int mend_records(FILE *fp) {
+  Trf_line_cursor line(fp);
+  line.limit = LONG_MAX;
+  int reason = 0;
+  bool behind_name = false;
+  while (reason == 0 && NEXT_LINE(&line)) {
+    if (behind_name && line.length >= 2 * HISTORY_LENGTH) {
+      std::string rest = mended_rest(bytes_of_line(line));
+      reason = WRITE_IN_PLACE(fp, line.start + HISTORY_LENGTH, rest);
+    }
+    behind_name = IS_NAME_LINE(line.text + strspn(line.text, " "));
+  }
+  return reason != 0 || !ferror(fp) ? reason : EIO;
+}
+
+// Gives an open file the noted time, unless it is older.
+int keep_time(FILE *fp, const Trf_moment &moment) {
+  struct stat about;
+  if (fstat(fileno(fp), &about) != 0)
+    return errno;
+  struct timespec times[2] = {{0, UTIME_OMIT}, moment.time};
+  if (!moment.noted || !is_earlier(moment.time, about.st_mtim))
+    return 0;
+  return futimens(fileno(fp), times) == 0 ? 0 : errno;
+}
+
+// Mends one file. Returns 0, or the errno that tells why not.
+int mend_file(const char *path, const Trf_moment &moment) {
+  Owned_stream fp = OPEN_STREAM(path, "r+");
+  if (fp == nullptr)
+    return errno == ENOENT || errno == ENOTDIR || errno == EISDIR ? 0 : errno;
+  int reason = mend_records(fp.get());
+  if (reason == 0)
+    reason = keep_time(fp.get(), moment);
+  if (reason == 0 && fsync(fileno(fp.get())) != 0)
+    reason = errno;
+  return reason;
+}
+
+} // namespace
+
+bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log) {
+  Trf_erased erased = read_erased();
+  for (const std::string &path : paths)
+    erased[path] = Trf_moment();
+  int reason = write_erased(erased);
+  if (reason != 0)
+    LOG_AND_SAY(fp_log, "cannot write file %s: %s \n", ERASED_NAME, strerror(reason));
+  return reason == 0;
+}
+
+void MEND_FORGOTTEN(FILE *fp_log) {
+  if (access(ERASED_NAME, F_OK) != 0)
+    return;
+  Trf_erased erased = read_erased();
+  note_times(&erased);
+  for (const auto &[path, moment] : erased) {
+    int reason = mend_file(path.c_str(), moment);
+    if (reason != 0)
+      STOP_PROGRAM(fp_log, 1, "cannot write file %s: %s \n", path.c_str(), strerror(reason));
+  }
+  unlink(ERASED_NAME);
+}
