@@ -117,7 +117,7 @@ void hand_further_ranges(const std::string &label, Trf_line_cursor *lines, FILE 
     hand_range(lines->text + end, out);
   }
   if (lines->length < 0)
-    LOG_LINE(fp_log, "cback_button no <)end) return \n");
+    LOG_AND_SAY(fp_log, "cback_button no <)end) return \n");
 }
 
 } // namespace
@@ -147,7 +147,7 @@ int PERHAPS_BUTTON(char *str, int *i0, int *i1) {
 void EXTRACT_LABEL_BUTTONS(long *nc, char **ss, long *nbytes, Trf_book *book) {
   Label_table table;
   if (!read_block(nc, ss, nbytes, book->fp, &table))
-    LOG_LINE(book->fp_log, "EXTRACT_LABEL_BUTTON no <)end) return \n");
+    LOG_AND_SAY(book->fp_log, "EXTRACT_LABEL_BUTTON no <)end) return \n");
   give_table(table, book);
 }
 
@@ -166,14 +166,14 @@ void WALK_LABEL(char *label, Trf_book *book, const Trf_range_out *out) {
   if (k == 0)
     return;
   if (book->exfp == 0 || book->fp == nullptr) {
-    LOG_LINE(book->fp_log, "cback_button error fp == NULL \n");
+    LOG_AND_SAY(book->fp_log, "cback_button error fp == NULL \n");
     return;
   }
   Trf_line_cursor lines(book->fp);
   lines.next = book->nc_label[k];
   lines.limit = MAX_LINES_READ + 1;
   if (!hand_definition(label, &lines, out)) {
-    LOG_LINE(book->fp_log, "cback_button not found button %s \n", label);
+    LOG_AND_SAY(book->fp_log, "cback_button not found button %s \n", label);
     return;
   }
   hand_further_ranges(label, &lines, book->fp_log, out);

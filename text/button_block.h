@@ -41,7 +41,8 @@ int PERHAPS_BUTTON(char *str, int *i0, int *i1);
 //   ss, nbytes    the caller's line buffer and its capacity, as aln_getline takes them; what stood
 //                 there is overwritten
 // The first definition of a label counts. At most 10000 lines are read; where no line closes the
-// block: "EXTRACT_LABEL_BUTTON no <)end) return \n" in the log, and the table holds what was read.
+// block: "EXTRACT_LABEL_BUTTON no <)end) return \n" in the log and on standard output, and the
+// table holds what was read.
 void EXTRACT_LABEL_BUTTONS(long *nc, char **ss, long *nbytes, Trf_book *book);
 
 // The number of a label (CP1252) in the book's table: from 1, the first definition first; 0, with
@@ -58,7 +59,8 @@ struct Trf_range_out {
 // ranges out in their order: that of the line that defines it, and those of the lines behind it, up
 // to the line that closes the block or one with another label; at most 10000 lines behind the
 // first.
-// Nothing is handed out for a label that is not in the table (told by WHAT_BUTTON). In the log:
+// Nothing is handed out for a label that is not in the table (told by WHAT_BUTTON). In the log
+// and on standard output:
 // "cback_button error fp == NULL \n" where no working copy is open; "cback_button not found button
 // %s \n" where the line at the label's offset does not hold it; "cback_button no <)end) return \n"
 // where the file ends first.

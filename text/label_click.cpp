@@ -28,7 +28,7 @@ void play_frames(char *name, long start, long stop, void *data) {
   if (there)
     play_range(path.get(), start, stop);
   else
-    LOG_LINE(book->fp_log, "cback_button snd_file=%s not found \n", name);
+    LOG_AND_SAY(book->fp_log, "cback_button snd_file=%s not found \n", name);
 }
 
 } // namespace

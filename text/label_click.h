@@ -8,7 +8,8 @@
 
 // "clicked" handler of every sound button: plays the ranges of the button's label one after the
 // other (WALK_LABEL) and returns when they have been played, whether the sound is switched on or
-// off. A sound file that is not found: "cback_button snd_file=%s not found \n" in the log.
+// off. A sound file that is not found: "cback_button snd_file=%s not found \n" in the log and on
+// standard output.
 // Ends of the program: those of play_range.
 void cback_button(GtkWidget *button, Trf_book *book);
 

@@ -54,7 +54,7 @@ void open_copy(Trf_book *book) {
   // for missing working copies in the log finds them all by one word.
   // Test: Paragraphs.MissingCopyIsLoggedAndShowsTheHeadingAlone
   if (book->fp == nullptr)
-    LOG_LINE(book->fp_log, "CHECK_CORR_DBASE cannot open file=%s \n", path);
+    LOG_AND_SAY(book->fp_log, "CHECK_CORR_DBASE cannot open file=%s \n", path);
 }
 
 void add_text(const std::string &text, Text *pane) {

@@ -37,7 +37,7 @@ struct Trf_piece {
 // Makes the working copy of lesson ilesson the book's stream, unless one is open already; then that
 // one stays, whatever dictionary it belongs to. `lessons` becomes the path of the copy opened,
 // path_of_lesson the directory of the lesson's dictionary. A copy that cannot be opened: fp null,
-// exfp 0, and "CHECK_CORR_DBASE cannot open file=%s \n" in the log.
+// exfp 0, and "CHECK_CORR_DBASE cannot open file=%s \n" in the log and on standard output.
 void OPEN_TEXT(Trf_book *book);
 
 // The heading ("KENTEL : " and the path of the dictionary, "EILSKRID : " and that of its working

@@ -168,7 +168,7 @@ TEST_F(Paragraphs, BlockBeforeAnyTextAddsNothing) {
 TEST_F(Paragraphs, BlockWithoutItsEndHidesTheRest) {
   files.open("#######\nOne\n<)start)\nA>1 a.wav 0 1\n#######\n# chat *\n");
   EXPECT_EQ(pieces(), HEADING + std::string("One\n"));
-  EXPECT_EQ(files.log(), "EXTRACT_LABEL_BUTTON no <)end) return \n");
+  EXPECT_EQ(files.logged_and_said(), "EXTRACT_LABEL_BUTTON no <)end) return \n");
   EXPECT_STREQ(book.s_label, " A>1 ");
 }
 
@@ -259,14 +259,14 @@ TEST_F(Paragraphs, MissingCopyIsLoggedAndShowsTheHeadingAlone) {
   EXPECT_EQ(book.fp, nullptr);
   EXPECT_EQ(book.exfp, 0);
   EXPECT_EQ(pieces(), HEADING);
-  EXPECT_EQ(files.log(), "CHECK_CORR_DBASE cannot open file=./CPY/a.txt \n");
+  EXPECT_EQ(files.logged_and_said(), "CHECK_CORR_DBASE cannot open file=./CPY/a.txt \n");
 }
 
 TEST_F(Paragraphs, NumberOfNoDictionaryShowsEmptyPaths) {
   book.ilesson = 7;
   OPEN_TEXT(&book);
   EXPECT_EQ(pieces(), "KENTEL : \n \nEILSKRID : \n \n");
-  EXPECT_EQ(files.log(), "CHECK_CORR_DBASE cannot open file= \n");
+  EXPECT_EQ(files.logged_and_said(), "CHECK_CORR_DBASE cannot open file= \n");
 }
 
 TEST_F(Paragraphs, OpenCopyIsReadWhateverDictionaryItBelongsTo) {

@@ -3,6 +3,7 @@
 #define MERTU_TESTS_TEXT_TEXT_BOOK_H
 
 #include <glib.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -25,8 +26,10 @@ struct Text_book {
     book.ilesson = 1;
     book.fp_log = fopen("log", "w");
     START_LABELS(&book);
+    testing::internal::CaptureStdout();
   }
   ~Text_book() {
+    testing::internal::GetCapturedStdout();
     close();
     g_free(book.lessons);
     g_free(book.path_of_lesson);
@@ -55,6 +58,12 @@ struct Text_book {
   std::string log() {
     fflush(book.fp_log);
     return dir.read("log");
+  }
+  // The same, when standard output (captured since the test began) holds nothing else.
+  std::string logged_and_said() {
+    std::string said = testing::internal::GetCapturedStdout();
+    testing::internal::CaptureStdout();
+    return said == log() ? said : "log: " + log() + "standard output: " + said;
   }
 };
 
