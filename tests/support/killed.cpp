@@ -37,7 +37,10 @@ void prepare_death(int countdown, rlim_t limit) {
 
 } // namespace
 
-extern "C" int fsync(int fd) {
+// Weak, so that a test program may have its own.
+#define REPLACEABLE extern "C" __attribute__((weak))
+
+REPLACEABLE int fsync(int fd) {
   static auto *real = system_routine<int(int)>("fsync");
   die_when_due();
   int result = real(fd);
@@ -45,7 +48,7 @@ extern "C" int fsync(int fd) {
   return result;
 }
 
-extern "C" ssize_t pwrite(int fd, const void *bytes, size_t nb, off_t start) {
+REPLACEABLE ssize_t pwrite(int fd, const void *bytes, size_t nb, off_t start) {
   static auto *real = system_routine<ssize_t(int, const void *, size_t, off_t)>("pwrite");
   die_when_due();
   ssize_t result = real(fd, bytes, nb, start);
@@ -53,7 +56,7 @@ extern "C" ssize_t pwrite(int fd, const void *bytes, size_t nb, off_t start) {
   return result;
 }
 
-extern "C" int rename(const char *from, const char *to) noexcept {
+REPLACEABLE int rename(const char *from, const char *to) noexcept {
   static auto *real = system_routine<int(const char *, const char *)>("rename");
   die_when_due();
   int result = real(from, to);
@@ -61,7 +64,7 @@ extern "C" int rename(const char *from, const char *to) noexcept {
   return result;
 }
 
-extern "C" int unlink(const char *path) noexcept {
+REPLACEABLE int unlink(const char *path) noexcept {
   static auto *real = system_routine<int(const char *)>("unlink");
   die_when_due();
   int result = real(path);
@@ -69,7 +72,7 @@ extern "C" int unlink(const char *path) noexcept {
   return result;
 }
 
-extern "C" int futimens(int fd, const struct timespec times[2]) noexcept {
+REPLACEABLE int futimens(int fd, const struct timespec times[2]) noexcept {
   static auto *real = system_routine<int(int, const struct timespec *)>("futimens");
   die_when_due();
   int result = real(fd, times);
@@ -77,8 +80,8 @@ extern "C" int futimens(int fd, const struct timespec times[2]) noexcept {
   return result;
 }
 
-extern "C" int utimensat(int fd, const char *path, const struct timespec times[2],
-                         int flags) noexcept {
+REPLACEABLE int utimensat(int fd, const char *path, const struct timespec times[2],
+                          int flags) noexcept {
   using Set_times = int(int, const char *, const struct timespec *, int);
   static auto *real = system_routine<Set_times>("utimensat");
   die_when_due();
