@@ -154,6 +154,16 @@ TEST(ClassOldWords, AFileThatCannotBeReadToItsEndEndsTheProgram) {
   EXPECT_EQ(old.dir.read("log"), "cannot read file ./idx1_old: Input/output error \n");
 }
 
+TEST(ClassOldWords, AnotherFileThatCannotBeReadToItsEndIsNamed) {
+  Old old("");
+  Faulty_disk disk = {HEADER + records(3)};
+  fclose(old.record.fp_class);
+  old.record.fp_class = open_faulty(&disk);
+  old.record.s_class = "./other/idx1_a";
+  ENDS_WITH_STATUS(CLASS_OLD_WORDS(&old.record), 1,
+                   "^cannot read file ./other/idx1_a: Input/output error \n$");
+}
+
 TEST(ClassOldWords, TellsOfAnIndexLongerThan10000Lines) {
   // Two header lines, 3,333 records of three lines: 10,001 lines before the last.
   Old old(HEADER + records(3333) + "# END_OF_FILE * 99  \r\n");
