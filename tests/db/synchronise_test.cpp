@@ -208,14 +208,15 @@ TEST(SynchroAll, AnErasedRecordIsMendedFirst) {
   std::string erased = NEVER_LINE.substr(0, 52) + NEVER_LINE.substr(0, 52) + " ;\r\n";
   home.dir.write("a", "!# fr1\n# one * x\n# two * x\n");
   home.dir.write("IDX1/idx1_a", index_of("a", "fr1",
-                                         record_of("one", "fr1", 8, erased) +
-                                             record_of("two", "fr1", 19, HISTORY_B)));
+                                         record_of("one", "fr1", 8, HISTORY_B) +
+                                             record_of("two", "fr1", 19, erased)));
   home.dir.write("mertu_erased", "./IDX1/idx1_a\n");
   home.dir.write("other/idx1_a", index_of("a", "fr1", ""));
   synchronise_with("other", &home);
   EXPECT_EQ(home.dir.read("IDX1/idx1_a"),
-            idx1_header("./IDX1/idx1_a", "fr1") + record_of("one", "fr1", 8, ZEROS) +
-                record_of("two", "fr1", 19, HISTORY_B) + idx1_trailer(30));
+            idx1_header("./IDX1/idx1_a", "fr1") + record_of("one", "fr1", 8, HISTORY_B) +
+                record_of("two", "fr1", 19, ZEROS) + idx1_trailer(30));
+  EXPECT_FALSE(home.dir.exists("mertu_erased"));
 }
 
 TEST(SynchroIdx1File, EachOfTheEightValuesIsTheLargerOne) {

@@ -314,6 +314,16 @@ TEST(TransferAll, AMissingIndexIsToldAndTheOthersAreTransferred) {
   EXPECT_EQ(home.dir.read("IDX1_TRF/idx1_b"), due(""));
 }
 
+TEST(TransferAll, AnErasedRecordIsMendedFirst) {
+  Maintenance_home home;
+  std::string erased = NEVER_LINE.substr(0, 52) + NEVER_LINE.substr(0, 52) + " ;\r\n";
+  home.dir.write("IDX1/idx1_a", HEADER + NAME + erased + idx1_trailer(0));
+  home.dir.write("mertu_erased", "./IDX1/idx1_a\n");
+  TRF_ALL_DBASE(&home.book);
+  EXPECT_EQ(home.dir.read("IDX1/idx1_a"), HEADER + NAME + BLANK_HISTORY + idx1_trailer(0));
+  EXPECT_FALSE(home.dir.exists("mertu_erased"));
+}
+
 TEST(TransferAll, WhereTheDirectoryCannotBeMadeTheProgramEnds) {
   Maintenance_home home;
   home.dir.write("IDX1_TRF", "a file");
