@@ -1,8 +1,6 @@
 // Traces where the buttons and the command entry stand on the screen.
 #include "app/button_places.h"
 
-#include <gtk/gtk.h>
-
 #include <vector>
 
 #include "util/report.h"
@@ -44,13 +42,28 @@ GtkAllocation place_on_screen(GtkWidget *widget) {
   return place;
 }
 
+void find_label(GtkWidget *widget, gpointer label) {
+  if (GTK_IS_LABEL(widget))
+    *static_cast<const char **>(label) = gtk_label_get_text(GTK_LABEL(widget));
+  else if (GTK_IS_CONTAINER(widget))
+    gtk_container_foreach(GTK_CONTAINER(widget), find_label, label);
+}
+
+// What the learner reads on a button. It is asked of the label inside: the button of a dialog knows
+// the key of its text only.
+const char *label_of(GtkWidget *button) {
+  const char *label = "";
+  find_label(button, &label);
+  return label;
+}
+
 void trace_place(GtkWidget *widget) {
   if (!gtk_widget_get_mapped(widget) || !gtk_widget_is_sensitive(widget))
     return;
   GtkAllocation place = place_on_screen(widget);
   if (GTK_IS_BUTTON(widget))
-    TRACE("button %s at %d %d %d %d\n", gtk_button_get_label(GTK_BUTTON(widget)), place.x, place.y,
-          place.width, place.height);
+    TRACE("button %s at %d %d %d %d\n", label_of(widget), place.x, place.y, place.width,
+          place.height);
   else
     TRACE("entry at %d %d %d %d\n", place.x, place.y, place.width, place.height);
 }
@@ -80,6 +93,19 @@ void sensitivity_changed(GtkWidget *, GParamSpec *, Trf_book *book) {
   trace_soon(book);
 }
 
+gboolean trace_dialog(gpointer dialog) {
+  Widgets widgets;
+  collect(GTK_WIDGET(dialog), &widgets);
+  for (GtkWidget *widget : widgets)
+    trace_place(widget);
+  return FALSE;
+}
+
+gboolean dialog_moved(GtkWidget *dialog, GdkEvent *, gpointer) {
+  g_idle_add_full(G_PRIORITY_DEFAULT_IDLE, trace_dialog, g_object_ref(dialog), g_object_unref);
+  return FALSE;
+}
+
 } // namespace
 
 void TRACE_BUTTON_PLACES(Trf_book *book) {
@@ -91,6 +117,13 @@ void TRACE_BUTTON_PLACES(Trf_book *book) {
     g_signal_connect(widget, "size-allocate", G_CALLBACK(widget_placed), book);
     g_signal_connect(widget, "notify::sensitive", G_CALLBACK(sensitivity_changed), book);
   }
+}
+
+void TRACE_DIALOG_PLACES(GtkWidget *dialog) {
+  if (!TRACING())
+    return;
+  g_signal_connect(dialog, "map-event", G_CALLBACK(dialog_moved), nullptr);
+  g_signal_connect(dialog, "configure-event", G_CALLBACK(dialog_moved), nullptr);
 }
 
 void FORGET_BUTTON_PLACES() {

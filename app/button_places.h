@@ -2,6 +2,8 @@
 #ifndef MERTU_APP_BUTTON_PLACES_H
 #define MERTU_APP_BUTTON_PLACES_H
 
+#include <gtk/gtk.h>
+
 #include "util/book.h"
 
 // While TRACING: each time a button or the command entry of the book's window has been placed or
@@ -13,6 +15,10 @@
 // out: a new line of the answer button after a press tells that it is ready for the next. Nothing
 // is done while not TRACING.
 void TRACE_BUTTON_PLACES(Trf_book *book);
+
+// While TRACING: the same line for each button of a dialog, each time it has come to the screen or
+// has moved. The dialog may go before. Nothing is done while not TRACING.
+void TRACE_DIALOG_PLACES(GtkWidget *dialog);
 
 // Takes back a line that waits to be traced; to be called when the window goes.
 void FORGET_BUTTON_PLACES();

@@ -2,6 +2,7 @@
 #include "app/main_window.h"
 
 #include "app/button_places.h"
+#include "app/gtk_dialogs.h"
 #include "app/last_state.h"
 #include "app/navigation.h"
 #include "command/command_entry.h"
@@ -238,6 +239,7 @@ void OPEN_MAIN_WINDOW(Trf_records *records) {
   book->exfp = 0;
   START_VALUES(records);
   Trf_geometry geometry = WINDOW_GEOMETRY(records->S_state, records->Caract_win);
+  REGISTER_GTK_DIALOGS();
   BUILD_MAIN_WINDOW(&geometry, records->ss_font_lesson, records->ss_font_vocab, book);
   CONFIRM0_LESSON(book);
   SHOW_MAIN_WINDOW(records->S_state, book);

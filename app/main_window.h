@@ -24,9 +24,9 @@ GtkWidget *BUILD_MAIN_WINDOW(const Trf_geometry *geometry, const char *ss_font_l
 void SHOW_MAIN_WINDOW(const Start_State *S_state, Trf_book *book);
 
 // Everything between the start of GTK and its main loop: reads what the last run left, gives the
-// book its start values, builds the window, announces the first lesson and shows the window; then
-// says "Mertu is ready \n" on standard output (./run tells an early end by its absence).
-// Ends of the program: those of START_PAGE_NUMBER and CONFIRM0_LESSON.
+// book its start values, registers the real dialogs, builds the window, announces the first lesson
+// and shows the window; then says "Mertu is ready \n" on standard output (./run tells an early end
+// by its absence). Ends of the program: those of START_PAGE_NUMBER and CONFIRM0_LESSON.
 void OPEN_MAIN_WINDOW(Trf_records *records);
 
 #endif
