@@ -72,6 +72,7 @@ TEST(Navigation, ADrillIsLeftForTheLessonAsked) {
   for (int i = 0; i < 2; i++) // describe, start
     window.press(window.book->Button1, LEFT);
   ASSERT_EQ(window.book->start_lesson, 3);
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.press(window.button("Next"), LEFT);
   EXPECT_EQ(window.book->start_lesson, 1);
   EXPECT_EQ(window.book->exfp, 0);
@@ -93,6 +94,7 @@ protected:
 };
 
 TEST_F(QueuedBehindAVerdict, NextWinsAndItsAnnouncementStands) {
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.queue_press(window.button("Next"), LEFT);
   window.handle();
   EXPECT_EQ(window.book->ilesson, 2);
@@ -104,6 +106,7 @@ TEST_F(QueuedBehindAVerdict, NextWinsAndItsAnnouncementStands) {
 }
 
 TEST_F(QueuedBehindAVerdict, QuitEndsTheMainLoop) {
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.queue_press(window.button("Quit"), LEFT);
   window.handle();
   EXPECT_TRUE(window.ended());
@@ -126,25 +129,48 @@ TEST_F(QueuedBehindAVerdict, ACommandMayBeTyped) {
   EXPECT_EQ(window.book->state, 1);
 }
 
-TEST_F(QueuedBehindAVerdict, EverythingAtOnceEndsWithTheClosedWindow) {
+TEST_F(QueuedBehindAVerdict, NextKeepsWhatWaitsBehindItFromTheWindowUntilItIsAnswered) {
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.queue_press(window.button("Next"), LEFT);
   window.queue_press(window.book->Button1, LEFT);
-  window.queue_keys("2\n");
   window.queue_press(window.button("Prev"), LEFT);
-  window.queue_press(window.book->Button1, LEFT);
+  window.queue_press(window.button("Quit"), LEFT);
+  window.queue_press(window.book->button_sound, LEFT);
   window.queue_close();
   window.handle();
-  EXPECT_TRUE(window.ended());
-  EXPECT_FALSE(window.alive());
+  EXPECT_FALSE(window.ended());
+  EXPECT_EQ(window.dialogs.seen.size(), 1u);
+  EXPECT_EQ(window.book->ilesson, 2);
+  EXPECT_EQ(window.book->start_lesson, 1);
+  EXPECT_EQ(window.book->sound, 1);
 }
 
-TEST(QueuedBeforeAVerdict, NextTakesThePressBehindItToTheNewLesson) {
+TEST(QueuedBeforeAVerdict, TheWindowMayGoWhileTheQuestionBehindItStands) {
+  for (const char *label : {"Next", "Prev", "Quit"}) {
+    Test_window window(five_lessons());
+    for (int i = 0; i < 3; i++)
+      window.press(window.book->Button1, LEFT);
+    window.dialogs.will_do([&](GtkWidget *) { gtk_widget_destroy(window.book->pWindow); });
+    window.queue_press(window.book->Button1, RIGHT);
+    window.queue_press(window.button(label), LEFT);
+    window.handle();
+    EXPECT_TRUE(window.ended());
+    EXPECT_FALSE(window.alive());
+    EXPECT_EQ(window.book->ilesson, 1);
+    EXPECT_EQ(window.book->start_lesson, 3);
+    EXPECT_FALSE(window.dir().exists("Mertu_last_state"));
+  }
+}
+
+TEST(QueuedBeforeAVerdict, NextTakesThePressBehindItsAnswerToTheNewLesson) {
   Test_window window(five_lessons());
   for (int i = 0; i < 3; i++) // describe, start, response
     window.press(window.book->Button1, LEFT);
-  window.queue_press(window.button("Next"), LEFT);
-  window.queue_press(window.book->Button1, LEFT);
-  window.handle();
+  window.dialogs.will_do([&](GtkWidget *dialog) {
+    QUEUE_ANSWER(dialog, GTK_RESPONSE_NO);
+    window.queue_press(window.book->Button1, LEFT);
+  });
+  window.press(window.button("Next"), LEFT);
   EXPECT_EQ(window.book->ilesson, 2);
   EXPECT_EQ(window.book->start_lesson, 2);
   EXPECT_THAT(window.pane_lines(), Contains("Confirm learning vocabulary of lesson 2"));

@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -164,6 +165,22 @@ bool Program::says(const std::string &text, size_t from) {
     return now.size() > from && now.find(text, from) != std::string::npos;
   };
   return wait_for([&] { return said() || !running(); }) && said();
+}
+
+bool Program::press(const std::string &label, const std::vector<std::string> &texts) {
+  std::string before = output();
+  std::string start = "button " + label + " at ";
+  size_t found = before.rfind(start);
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+  if (found == std::string::npos ||
+      sscanf(before.c_str() + found + start.size(), "%d %d %d %d", &x, &y, &width, &height) != 4)
+    return false;
+  PRESS_AT(x + width / 2, y + height / 2);
+  return std::all_of(texts.begin(), texts.end(),
+                     [&](const std::string &text) { return says(text, before.size()); });
 }
 
 std::string Program::output() const {

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
 class Program {
 public:
@@ -21,6 +22,9 @@ public:
   int status();
   // Waits until its output holds this text, from this byte on; false when it never does.
   bool says(const std::string &text, size_t from = 0);
+  // Presses the button that it traced last under this label and waits until it has said each of
+  // the texts since. False when any of that does not happen.
+  bool press(const std::string &label, const std::vector<std::string> &texts = {});
   // What it has written to standard output and standard error so far.
   std::string output() const;
   // Waits for its window and asks it to close; false when no window ever stood.

@@ -306,6 +306,7 @@ TEST_F(QuizDrill, NextInTheQueueOfAVerdictWins) {
   window.press(window.book->Button1, LEFT);
   window.queue_press(window.book->Button1, LEFT);
   window.queue_press(window.button("Next"), LEFT);
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.handle();
   EXPECT_EQ(window.book->ilesson, 2);
   EXPECT_EQ(window.book->start_lesson, 1);
@@ -319,6 +320,7 @@ TEST_F(QuizDrill, DrillOfTheNextLessonBeginsWithAQuestion) {
   Test_window window(TWO_LESSONS());
   start(&window);
   window.press(window.book->Button1, LEFT); // a response is on screen
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.press(window.button("Next"), LEFT);
   start(&window);
   EXPECT_THAT(line_with("Question", window), StartsWith("Question  1   lesson=bb"));
@@ -333,6 +335,7 @@ TEST_F(QuizDrill, QuitInTheQueueOfAVerdictEndsQuietly) {
   window.press(window.book->Button1, LEFT);
   window.queue_press(window.book->Button1, RIGHT);
   window.queue_press(window.button("Quit"), LEFT);
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.handle();
   EXPECT_TRUE(window.ended());
   EXPECT_EQ(window.book->t_posit->QRcum_nok[1], 1);
@@ -379,6 +382,7 @@ TEST_F(QuizDrill, NothingBehindQuitInTheQueueIsHandled) {
   window.queue_press(window.button("Quit"), LEFT);
   window.queue_press(window.button("Next"), LEFT);
   window.queue_press(window.book->button_sound, LEFT);
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.handle();
   EXPECT_TRUE(window.ended());
   EXPECT_EQ(window.book->ilesson, 1);

@@ -96,6 +96,7 @@ TEST(QuizToggles, RequestOutlivesAChangeOfLesson) {
   Test_window window(TWO_LESSONS());
   start(&window);
   window.press(window.book->button_qr, LEFT);
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.press(window.button("Next"), LEFT);
   EXPECT_EQ(window.book->toggle_sens_qr, 1);
   EXPECT_EQ(direction_label(window), "Q->R");

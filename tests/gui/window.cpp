@@ -30,16 +30,25 @@ Display *display() {
   return gdk_x11_get_default_xdisplay();
 }
 
+// A run of handle().
+struct Settling {
+  Test_window *window;
+  bool settled = false;
+};
+
 // Ends the loop started by handle() once the server has told everything and all of it is handled.
 // Its priority is the lowest there is, so whatever waits goes first; inside a handler that drains
-// the queue itself it lets the handler finish.
-gboolean settle(gpointer settled) {
-  if (g_main_depth() > 1)
-    return TRUE;
+// the queue itself or waits for a dialog it lets the handler finish, and sees to the dialog.
+gboolean settle(gpointer data) {
+  Settling *settling = static_cast<Settling *>(data);
   XSync(display(), False);
   if (gdk_events_pending())
     return TRUE;
-  *static_cast<bool *>(settled) = true;
+  if (g_main_depth() > 1) {
+    settling->window->dialogs.serve(settling->window->book->pWindow);
+    return TRUE;
+  }
+  settling->settled = true;
   gtk_main_quit();
   return FALSE;
 }
@@ -127,6 +136,17 @@ std::string DICTIONARY(const std::string &alias,
   return text + "# END_OF_FILE\n";
 }
 
+Test_files FILES_OF(const Scratch_dir &dir) {
+  namespace fs = std::filesystem;
+  Test_files files;
+  for (const fs::directory_entry &entry : fs::recursive_directory_iterator(dir.path()))
+    if (entry.is_regular_file()) {
+      std::string name = fs::relative(entry.path(), dir.path());
+      files[name] = dir.read(name);
+    }
+  return files;
+}
+
 std::string CONFIGURATION(const std::vector<std::string> &dictionaries) {
   std::string text = "Which_lesson :>\n";
   for (const std::string &name : dictionaries)
@@ -134,9 +154,11 @@ std::string CONFIGURATION(const std::vector<std::string> &dictionaries) {
   return text + "<:\n";
 }
 
-Test_window::Test_window(const Test_files &files) {
+Test_window::Test_window(const Test_files &files, const std::function<void()> &before) {
   for (const auto &[name, bytes] : files)
     dir_.write(name, bytes);
+  if (before)
+    before();
   if (!pause_of_presses.real)
     SET_CLOCK_STEP(QUICK_STEP);
   ALLOCATE_RECORDS(&records);
@@ -186,8 +208,7 @@ void Test_window::close() {
 }
 
 void Test_window::queue_press(GtkWidget *widget, int button_number) {
-  move_pointer_to(widget);
-  send_press(button_number);
+  QUEUE_PRESS(widget, button_number);
 }
 
 void Test_window::queue_keys(const std::string &text) {
@@ -196,24 +217,17 @@ void Test_window::queue_keys(const std::string &text) {
 }
 
 void Test_window::queue_close() {
-  XEvent event = {};
-  event.xclient.type = ClientMessage;
-  event.xclient.window = GDK_WINDOW_XID(gtk_widget_get_window(book->pWindow));
-  event.xclient.message_type = gdk_x11_get_xatom_by_name("WM_PROTOCOLS");
-  event.xclient.format = 32;
-  event.xclient.data.l[0] = (long)gdk_x11_get_xatom_by_name("WM_DELETE_WINDOW");
-  event.xclient.data.l[1] = CurrentTime;
-  XSendEvent(display(), event.xclient.window, False, NoEventMask, &event);
+  QUEUE_CLOSE(book->pWindow);
 }
 
 void Test_window::handle() {
   if (ended_)
     return;
   XSync(display(), False);
-  bool settled = false;
-  guint source = g_timeout_add_full(G_PRIORITY_LOW, 1, settle, &settled, nullptr);
+  Settling settling = {this};
+  guint source = g_timeout_add_full(G_PRIORITY_LOW, 1, settle, &settling, nullptr);
   gtk_main();
-  if (settled)
+  if (settling.settled)
     return;
   g_source_remove(source);
   ended_ = true;
@@ -266,6 +280,22 @@ std::string NAME_OF(GtkWidget *widget) {
 
 bool SENSITIVE(GtkWidget *widget) {
   return gtk_widget_is_sensitive(widget);
+}
+
+void QUEUE_PRESS(GtkWidget *widget, int button) {
+  move_pointer_to(widget);
+  send_press(button);
+}
+
+void QUEUE_CLOSE(GtkWidget *window) {
+  XEvent event = {};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = GDK_WINDOW_XID(gtk_widget_get_window(window));
+  event.xclient.message_type = gdk_x11_get_xatom_by_name("WM_PROTOCOLS");
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = (long)gdk_x11_get_xatom_by_name("WM_DELETE_WINDOW");
+  event.xclient.data.l[1] = CurrentTime;
+  XSendEvent(display(), event.xclient.window, False, NoEventMask, &event);
 }
 
 void USE_REAL_PAUSE() {

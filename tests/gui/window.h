@@ -5,17 +5,20 @@
 //   EXPECT_THAT(window.pane_lines(), ElementsAre(...));
 //
 // Set what the start-up shall see (SET_PRESENT, SET_RAND, SET_CLOCK_STEP) before the window is
-// made. A pause of the answer button is short by default; USE_REAL_PAUSE() gives it back.
+// made. Every dialog needs its answer in window.dialogs beforehand. A pause of the answer button is
+// short by default; USE_REAL_PAUSE() gives it back.
 #ifndef MERTU_TESTS_GUI_WINDOW_H
 #define MERTU_TESTS_GUI_WINDOW_H
 
 #include <gtk/gtk.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "app/book_start.h"
+#include "gui/dialogs.h"
 #include "support/scratch.h"
 #include "util/book.h"
 
@@ -33,14 +36,18 @@ Test_files TWO_LESSONS();
 std::string DICTIONARY(const std::string &alias,
                        const std::vector<std::pair<std::string, std::string>> &entries);
 
+// All files of a directory and of those in it, for a window that goes on where another ended.
+Test_files FILES_OF(const Scratch_dir &dir);
+
 // A mertu.conf that lists these dictionary files, in the smallest form that works.
 std::string CONFIGURATION(const std::vector<std::string> &dictionaries);
 
 class Test_window {
 public:
   // Fills a fresh directory, makes it current, does all that the program does from the reading of
-  // mertu.conf to the showing of the window, and handles all events until it stands.
-  explicit Test_window(const Test_files &files);
+  // mertu.conf to the showing of the window, and handles all events until it stands. `before` runs
+  // as soon as the files stand.
+  explicit Test_window(const Test_files &files, const std::function<void()> &before = {});
   // Destroys the window, if it still lives, and frees the records.
   ~Test_window();
   Test_window(const Test_window &) = delete;
@@ -48,6 +55,8 @@ public:
 
   Trf_book *book = nullptr;
   Trf_records records = {};
+  // What is done with the dialogs.
+  Dialog_script dialogs;
 
   // A press and its release in the middle of a widget, everything it causes handled.
   void press(GtkWidget *widget, int button);
@@ -100,6 +109,11 @@ private:
 std::string LABEL_OF(GtkWidget *widget);
 std::string NAME_OF(GtkWidget *widget);
 bool SENSITIVE(GtkWidget *widget);
+
+// A press and its release in the middle of a widget; the closing of a window as by the window
+// manager. They wait in the queue.
+void QUEUE_PRESS(GtkWidget *widget, int button);
+void QUEUE_CLOSE(GtkWidget *window);
 
 // The pauses of the following presses take their real time (about a third of a second each).
 void USE_REAL_PAUSE();
