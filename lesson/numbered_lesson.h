@@ -17,7 +17,8 @@ struct Trf_book;
 // Ends of the program:
 //   1  "Error no detection of ####### stop"   no header within 10000 lines of the idx1 file
 //   2  "Error no detection of values icont=..."   a name line without its Q->R line
-//   3  the same, without its R->Q line; and the ends of INDIRECT_IDX1
+//   3  the same, without its R->Q line; and the ends of INDIRECT_IDX1 and MEND_FORGOTTEN, which is
+//      called first
 void INIT_LESSON(int *ilesson, Trf_book *book);
 
 #endif

@@ -103,6 +103,7 @@ void expect_model(const Learner_home &home, const std::map<std::string, Model_wo
 
 } // namespace
 
+// Killed at any step nothing was said to be done: the files are synced before.
 TEST(RecordedLesson, KilledAtEveryStepEachLineIsTheOldOrTheNewOne) {
   int countdown = 0;
   int nb_before = 0;
@@ -112,6 +113,8 @@ TEST(RecordedLesson, KilledAtEveryStepEachLineIsTheOldOrTheNewOne) {
     std::string when = "killed at step " + std::to_string(countdown);
     Learner_home home;
     killed = KILLED_RUN(record_lesson_one, countdown, 0);
+    bool done = home.dir.read("mertu_log").find("DONE") != std::string::npos;
+    EXPECT_EQ(done, !killed) << when;
     int nb = count_recorded(home, when);
     EXPECT_GE(nb, nb_before) << when;
     nb_before = nb;
