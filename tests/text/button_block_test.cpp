@@ -79,7 +79,7 @@ TEST(Label, BlanksMayPrecede) {
 }
 
 TEST(Label, AnythingElseIsNone) {
-  for (const char *line : {"a>1 x", "A> 1", "A>x", "A1>", "AB>1", "1>1", "A >1", ">1", "   ",
+  for (const char *line : {"a>1 x", "A> 1", "A>x", "A1>", "AB1", "AB>1", "1>1", "A >1", ">1", "   ",
                            "\311>1 accented", "A>\262 raised two", "\tA>1", "say A>1"})
     EXPECT_EQ(label_in(line), "none -1 -1") << line;
 }
@@ -108,6 +108,18 @@ TEST_F(ButtonBlock, LabelsAreNumberedFromOneWithTheOffsetsOfTheirLines) {
   EXPECT_THAT(offsets(), ElementsAre(2, 0, 48));
   EXPECT_EQ(number_of("A>1"), 1);
   EXPECT_EQ(number_of("B>2"), 2);
+}
+
+TEST_F(ButtonBlock, OffsetsHaveRoomForAnyNumberOfLabels) {
+  std::string text;
+  std::vector<long> expected = {0};
+  for (long nb = 1; nb <= 40; nb++) {
+    expected.push_back(static_cast<long>(text.size()));
+    expected[0] = nb;
+    text += "A>" + std::to_string(nb) + " a.wav 0 1\n";
+    read(text + "<)end)\n");
+    EXPECT_EQ(offsets(), expected);
+  }
 }
 
 TEST_F(ButtonBlock, ReadingGoesOnBehindTheLineThatClosesTheBlock) {
@@ -274,7 +286,9 @@ TEST_F(LabelWalk, TenThousandLinesBehindTheDefinitionAreRead) {
   for (int i = 0; i < 9999; i++)
     text += "\n";
   read(text + "last.wav 0 1\nbeyond.wav 0 1\n<)end)\n");
+  std::string log = files.log();
   EXPECT_THAT(ranges_of("A>1"), ElementsAre("first.wav 0 1", "last.wav 0 1"));
+  EXPECT_EQ(files.log(), log);
 }
 
 TEST_F(LabelWalk, TableOfAnyBytesIsSafe) {

@@ -112,3 +112,17 @@ TEST_F(FindSound, DirectoryOfADictionaryIsRemembered) {
   EXPECT_STREQ(block, "./");
   g_free(block);
 }
+
+TEST_F(FindSound, DirectoryBeyondTheBuffersLengthGrowsIt) {
+  book.lenmx_path_of_lesson = 5;
+  book.path_of_lesson = g_new0(char, 6);
+  char fits[] = "ab/c/words.txt";
+  REMEMBER_DIRECTORY(fits, &book);
+  EXPECT_EQ(book.lenmx_path_of_lesson, 5);
+  EXPECT_STREQ(book.path_of_lesson, "ab/c/");
+  char longer[] = "ab/cd/words.txt";
+  REMEMBER_DIRECTORY(longer, &book);
+  EXPECT_EQ(book.lenmx_path_of_lesson, 6 + 25);
+  EXPECT_STREQ(book.path_of_lesson, "ab/cd/");
+  g_free(book.path_of_lesson);
+}

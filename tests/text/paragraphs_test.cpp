@@ -52,6 +52,16 @@ TEST_F(Paragraphs, TextStandsBetweenTheTwoMarks) {
   EXPECT_EQ(pieces(), HEADING + std::string("The text.\n"));
 }
 
+TEST_F(Paragraphs, MarkInsideALineIsText) {
+  EXPECT_EQ(text_of("One ####### two\n ####### three\n"), "One ####### two ####### three");
+}
+
+TEST_F(Paragraphs, MarkEndsTheTextWhateverElseItsLineHolds) {
+  files.open("#######\nOne\n# ####### <)start)\nA>1 a.wav 0 1\n<)end)\ntwo\n");
+  EXPECT_EQ(pieces(), HEADING + std::string("One\n"));
+  EXPECT_STREQ(book.s_label, " ");
+}
+
 TEST_F(Paragraphs, LinesOfAParagraphAreJoinedByOneBlank) {
   EXPECT_EQ(text_of("One   \n   two\nthree  words.\n"), "One two three  words.");
 }
@@ -66,6 +76,11 @@ TEST_F(Paragraphs, EndOfTheFileEndsTheText) {
   EXPECT_EQ(pieces(), HEADING + std::string("One two\n"));
   files.open("#######\nOne\n\n");
   EXPECT_EQ(pieces(), HEADING + std::string("One\n"));
+}
+
+TEST_F(Paragraphs, EndOfTheFileBehindAButtonAddsNoLineEnd) {
+  files.open("#######\nA>1");
+  EXPECT_EQ(pieces(), HEADING + std::string("[A>1]"));
 }
 
 TEST_F(Paragraphs, FirstBlankLineEndsTheParagraph) {
@@ -165,6 +180,11 @@ TEST_F(Paragraphs, BlockBeforeAnyTextAddsNothing) {
   EXPECT_EQ(text_of(std::string("   ") + BLOCK + "One\n"), "One");
 }
 
+TEST_F(Paragraphs, BlockLeavesTheRowOfBlankLinesAsItIs) {
+  EXPECT_EQ(text_of(std::string("One\n\n") + BLOCK + "\ntwo\n"), "One\n   \ntwo");
+  EXPECT_EQ(text_of(std::string("One\n") + BLOCK + "\ntwo\n"), "One\n\ntwo");
+}
+
 TEST_F(Paragraphs, BlockWithoutItsEndHidesTheRest) {
   files.open("#######\nOne\n<)start)\nA>1 a.wav 0 1\n#######\n# chat *\n");
   EXPECT_EQ(pieces(), HEADING + std::string("One\n"));
@@ -252,6 +272,36 @@ TEST_F(Paragraphs, PathThatFitsKeepsTheBuffer) {
   EXPECT_EQ(book.lessons, before);
   EXPECT_EQ(book.lenmx_str_lessons, 49);
   EXPECT_STREQ(book.lessons, "./CPY/a.txt");
+}
+
+TEST_F(Paragraphs, PathOfTheBuffersLengthKeepsIt) {
+  book.lenmx_str_lessons = 11;
+  book.lessons = g_new0(char, 12);
+  OPEN_TEXT(&book);
+  EXPECT_EQ(book.lenmx_str_lessons, 11);
+  EXPECT_STREQ(book.lessons, "./CPY/a.txt");
+}
+
+TEST_F(Paragraphs, PathBeyondTheBuffersLengthGrowsIt) {
+  book.lenmx_str_lessons = 10;
+  book.lessons = g_new0(char, 11);
+  OPEN_TEXT(&book);
+  EXPECT_EQ(book.lenmx_str_lessons, 11 + 30);
+  EXPECT_STREQ(book.lessons, "./CPY/a.txt");
+}
+
+TEST_F(Paragraphs, CopySaidToBeOpenWithoutAStreamIsOpened) {
+  files.dir.write("CPY/a.txt", "#######\nOne\n");
+  book.exfp = 1;
+  OPEN_TEXT(&book);
+  EXPECT_EQ(pieces(), HEADING + std::string("One\n"));
+}
+
+TEST_F(Paragraphs, DirectoryOfAnotherDictionaryIsReplaced) {
+  book.lenmx_path_of_lesson = 5;
+  book.path_of_lesson = g_strdup("old/");
+  OPEN_TEXT(&book);
+  EXPECT_STREQ(book.path_of_lesson, "words/");
 }
 
 TEST_F(Paragraphs, MissingCopyIsLoggedAndShowsTheHeadingAlone) {
