@@ -356,14 +356,14 @@ TEST(GtkDialogs, ANoticeShowsItsTextAndWaitsForOk) {
     notice = kind;
     g_idle_add(
         [](gpointer book) -> gboolean {
-          TELL_LEARNER(notice, "100 % of the le\347on\n", static_cast<Trf_book *>(book));
+          TELL_LEARNER(notice, "100 % of the le\347on: \200 \234\n", static_cast<Trf_book *>(book));
           return FALSE;
         },
         window.book);
     window.handle();
     ASSERT_EQ(window.dialogs.seen.size(), 1u);
     const Seen_dialog &dialog = window.dialogs.seen[0];
-    EXPECT_EQ(dialog.text, "100 % of the le\303\247on\n");
+    EXPECT_EQ(dialog.text, "100 % of the le\303\247on: \342\202\254 \305\223\n");
     EXPECT_EQ(dialog.type, type);
     EXPECT_TRUE(dialog.modal);
     EXPECT_TRUE(dialog.of_window);
@@ -383,6 +383,27 @@ TEST(GtkDialogs, AByteThatStandsForNothingIsShownByASign) {
   window.handle();
   ASSERT_EQ(window.dialogs.seen.size(), 1u);
   EXPECT_EQ(window.dialogs.seen[0].text, "le\303\247on \357\277\275");
+}
+
+TEST(GtkDialogs, AQuestionThatGoesWithItsWindowIsAnsweredNo) {
+  for (Trf_question kind : {QUESTION_RECORD, QUESTION_FORGET}) {
+    Test_window window(TWO_LESSONS());
+    window.dialogs.will_do([&](GtkWidget *) { gtk_widget_destroy(window.book->pWindow); });
+    struct {
+      Trf_book *book;
+      Trf_question kind;
+      Trf_answer answer;
+    } question = {window.book, kind, ANSWER_YES};
+    auto ask = [](gpointer data) -> gboolean {
+      auto *asked = static_cast<decltype(question) *>(data);
+      asked->answer = ASK_LEARNER(asked->kind, "?", asked->book);
+      return FALSE;
+    };
+    g_idle_add(ask, &question);
+    window.handle();
+    EXPECT_TRUE(window.ended());
+    EXPECT_EQ(question.answer, ANSWER_NO);
+  }
 }
 
 TEST(GtkDialogs, WithoutAWindowAQuestionIsAnsweredNoAndANoticeGoesUnseen) {
