@@ -12,7 +12,8 @@
 
 namespace {
 
-// The label in the encoding of the label table; one that has no form there is in no table.
+// The label in the encoding of the label table. One with a byte that stands for no character is
+// shown with a mark in its place, and is then not found.
 std::string label_of(GtkWidget *button) {
   const char *shown = gtk_button_get_label(GTK_BUTTON(button));
   Owned_text label(CP1252_FROM_UTF8(shown));
