@@ -3,7 +3,7 @@
 // For one dictionary: its idx1 file is backed up ("cpy_" before its name), its working copy made
 // anew whatever the file times, and the idx1 file rebuilt (UPDATE_IDX1_FILE), which carries every
 // history over and corrects damaged lines. A dictionary whose back-up cannot be made is told
-// ("cannot write file %s: %s \n", log and standard output) and left as it is.
+// ("cannot back up file %s: %s \n", log and standard output) and left as it is.
 //
 // What a lesson begun before holds of offsets in these files may no longer be true afterwards.
 #ifndef MERTU_DB_CHECK_CORRECT_H

@@ -154,6 +154,24 @@ int mend_file(const char *path, const Trf_moment &moment) {
   return reason;
 }
 
+// Copies an open file. Returns 0, or the errno that tells why not.
+int copy_stream(FILE *fp, FILE *copy) {
+  char block[16384];
+  while (size_t nb = fread(block, 1, sizeof(block), fp))
+    if (fwrite(block, 1, nb, copy) != nb)
+      return errno;
+  return ferror(fp) || fflush(copy) != 0 ? errno : 0;
+}
+
+// The same file with nothing read ahead.
+Owned_stream read_afresh(Owned_stream fp) {
+  Owned_stream fresh;
+  int fd = dup(fileno(fp.get()));
+  if (fd >= 0)
+    fresh.reset(fdopen(fd, "r"));
+  return fresh;
+}
+
 } // namespace
 
 bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log) {
@@ -177,4 +195,18 @@ void MEND_FORGOTTEN(FILE *fp_log) {
       STOP_PROGRAM(fp_log, 1, "cannot write file %s: %s \n", path.c_str(), strerror(reason));
   }
   unlink(ERASED_NAME);
+}
+
+Owned_stream MENDED_COPY(FILE *fp) {
+  Owned_stream copy(tmpfile());
+  if (!copy)
+    return nullptr;
+  int reason = copy_stream(fp, copy.get());
+  if (reason == 0)
+    reason = mend_records(copy.get());
+  if (reason == 0)
+    return read_afresh(std::move(copy));
+  copy.reset();
+  errno = reason;
+  return nullptr;
 }

@@ -22,6 +22,8 @@
 #include <set>
 #include <string>
 
+#include "util/owned.h"
+
 // Notes the idx1 files that are about to be erased, beside those noted already; on the disk when
 // this returns. Returns false where "./mertu_erased" cannot be written ("cannot write file %s: %s
 // \n" in the log and on standard output): then nothing may be erased.
@@ -37,5 +39,10 @@ bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log);
 // the log and on standard output): reading it would lose histories.
 // fp_log: the log, may be null.
 void MEND_FORGOTTEN(FILE *fp_log);
+
+// A copy, without a name, of an index whose erased records nobody noted here (that of another copy
+// of the database), every one of them whole; the index is not changed. fp: the index, open for
+// reading at its start; borrowed. Returns null where it cannot be read or copied (errno tells why).
+Owned_stream MENDED_COPY(FILE *fp);
 
 #endif

@@ -89,6 +89,14 @@ Owned_stream open_other(FILE *fp_log, const char *s_idx1_bis) {
   return fp;
 }
 
+// The other copy of a forgotten lesson may have been taken before its records were made whole.
+Owned_stream mended_other(FILE *fp_log, FILE *fp_bis, const char *s_idx1_bis) {
+  Owned_stream fp = MENDED_COPY(fp_bis);
+  if (!fp)
+    STOP_PROGRAM(fp_log, 1, "cannot read file %s: %s \n", s_idx1_bis, strerror(errno));
+  return fp;
+}
+
 // Where back_up_file leaves the back-up of an idx1 file.
 std::string back_up_of(char *s_idx1) {
   Owned_text directory(PATH_FROM_STRING(s_idx1));
@@ -145,7 +153,8 @@ void SYNCHRO_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1, char *s_id
     stop_without_back_up(fp_log);
   Trf_classmt own, other;
   class_words(fp_log, std::move(fp_class), s_idx1, back_up.c_str(), &own);
-  class_words(fp_log, std::move(fp_bis), s_idx1_bis, s_idx1_bis, &other);
+  class_words(fp_log, mended_other(fp_log, fp_bis.get(), s_idx1_bis), s_idx1_bis, s_idx1_bis,
+              &other);
   OPEN_INDEX_OR_STOP(fp_log, s_idx1, &files);
   int nb = 0;
   SYNCHRO_IDX1(fp_log, files.copy.get(), s_idx1, files.s_alias.get(), files.idx1.fp, &own, &other,

@@ -27,11 +27,12 @@ void SYNCHRO_ALL_DBASE(char *path_synchro, Trf_book *book);
 // file; its back-up, just made by back_up_file, is what is read. s_idx1_bis: path of the other idx1
 // file; where it cannot be opened nothing is changed ("cannot read file %s: %s \n", in the log, and
 // on standard output unless there is none of that name).
+// A record that was forgotten there and not yet made whole counts as blank (db/mend_forgotten.h).
 // Ends the program before anything is written: status 32 without a message where the working copy
 // cannot be opened; status 1 where the back-up cannot be opened ("sub SYNCHRO_IDX1_FILE error
-// fp_class STOP \n"), as CLASS_OLD_WORDS and SYNCHRO_IDX1 do, and where the working copy cannot be
-// read to its end ("cannot read file %s: %s \n") or the new file cannot be written ("cannot write
-// file %s: %s \n").
+// fp_class STOP \n"), as CLASS_OLD_WORDS and SYNCHRO_IDX1 do, and where the other index or the
+// working copy cannot be read to its end ("cannot read file %s: %s \n") or the new file cannot be
+// written ("cannot write file %s: %s \n").
 void SYNCHRO_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1, char *s_idx1_bis);
 
 // Writes a whole idx1 file as IDX1_DICO does (db/index_writer.h, the same parameters, messages and

@@ -120,6 +120,21 @@ TEST(CheckCorrectAll, ABackUpThatCannotBeMadeLeavesItsDictionaryAsItIs) {
   EXPECT_EQ(home.dir.read("IDX1/idx1_b"), rebuilt_b());
 }
 
+TEST(CheckCorrectAll, AnIndexThatCannotBeOpenedIsToldAndItsDictionaryLeftAsItIs) {
+  Maintenance_home home;
+  std::filesystem::remove("IDX1/idx1_a");
+  std::filesystem::create_symlink("idx1_a", "IDX1/idx1_a");
+  std::string copy = home.dir.read("CPY/a");
+  testing::internal::CaptureStdout();
+  CHECK_CORR_ALL_DBASE(&home.book);
+  std::string told = "cannot back up file ./IDX1/idx1_a: Too many levels of symbolic links \n";
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), told);
+  EXPECT_THAT(home.logged(), StartsWith(told));
+  EXPECT_TRUE(std::filesystem::is_symlink("IDX1/idx1_a"));
+  EXPECT_EQ(home.dir.read("CPY/a"), copy);
+  EXPECT_EQ(home.dir.read("IDX1/idx1_b"), rebuilt_b());
+}
+
 TEST(CheckCorrectAll, AMissingIndexIsBuiltWithoutABackUp) {
   Maintenance_home home;
   std::filesystem::remove("IDX1/idx1_b");

@@ -149,3 +149,23 @@ TEST(MendForgotten, WithoutANoteNothingIsTouched) {
   MEND_FORGOTTEN(nullptr);
   EXPECT_EQ(dir.read("IDX1/idx1_a"), index_of("#mot *a1 0 * x \r\n" + ERASED));
 }
+
+TEST(MendForgotten, AMendedCopyIsWholeAndTheIndexIsLeftAsItIs) {
+  Scratch_dir dir;
+  std::string others = "#x *a1 5 * y \r\n" + history_line(1, 2, 3, 4) + history_line(5, 6, 7, 8);
+  std::string erased, whole;
+  for (int i = 0; i < 500; i++) {
+    std::string name = "#mot" + std::to_string(i) + " *a1 0 * x \r\n";
+    erased += name + ERASED + others;
+    whole += name + BLANK_HISTORY + others;
+  }
+  dir.write("idx1_a", index_of(erased));
+  Owned_stream fp = OPEN_STREAM("idx1_a", "r");
+  Owned_stream copy = MENDED_COPY(fp.get());
+  ASSERT_NE(copy, nullptr);
+  std::string text(2 * erased.size(), '\0');
+  fseek(copy.get(), 0, SEEK_SET);
+  text.resize(fread(text.data(), 1, text.size(), copy.get()));
+  EXPECT_EQ(text, index_of(whole));
+  EXPECT_EQ(dir.read("idx1_a"), index_of(erased));
+}

@@ -265,6 +265,25 @@ TEST(SynchroIdx1File, AnEntryInNeitherCopyGetsEightZeros) {
   EXPECT_EQ(home.dir.read("IDX1/idx1_a"), merged_a(record_of("new", "fr1", 8, ZEROS)));
 }
 
+// Forgotten in the other copy, which was taken away before its next start made the record whole.
+TEST(SynchroIdx1File, AnErasedRecordOfTheOtherCopyIsABlankHistory) {
+  std::string erased = NEVER_LINE.substr(0, 52) + NEVER_LINE.substr(0, 52) + " ;\r\n";
+  Quiet_home home;
+  std::string other =
+      index_of("a", "fr1",
+               record_of("one", "fr1", 8, erased) + record_of("le 5 mai", "fr1", 19, HISTORY_B) +
+                   record_of("last", "fr1", 30, erased));
+  home.dir.write("other/idx1_a", other);
+  home.dir.write("a", "!# fr1\n# one * x\n# le 5 mai * x\n# last * x\n");
+  synchronise_with("other", &home);
+  EXPECT_EQ(home.dir.read("IDX1/idx1_a"),
+            idx1_header("./IDX1/idx1_a", "fr1") + record_of("one", "fr1", 8, HISTORY_A) +
+                record_of("le 5 mai", "fr1", 19, HISTORY_B) + record_of("last", "fr1", 35, ZEROS) +
+                idx1_trailer(47));
+  EXPECT_EQ(home.dir.read("other/idx1_a"), other);
+  EXPECT_THAT(home.logged(), Not(HasSubstr("error")));
+}
+
 TEST(SynchroIdx1File, AnotherLineAtTheNotedPlaceIsNoHistory) {
   Quiet_home home;
   home.dir.write("CPY/a", "!# fr1\r\n# one * x\r\n");
@@ -397,6 +416,17 @@ TEST(SynchroIdx1File, ABackUpThatCannotBeReadEndsTheProgram) {
   std::filesystem::create_symlink("/proc/self/mem", "IDX1/cpy_idx1_a");
   home.dir.write("other/idx1_a", home.dir.read("IDX1/idx1_a"));
   ENDS_WITH_STATUS(synchro_file(&home), 1, "^Error no detection of ####### stop \n");
+}
+
+TEST(SynchroIdx1File, AnotherIndexThatCannotBeReadEndsTheProgram) {
+  Quiet_home home;
+  std::string idx1 = home.dir.read("IDX1/idx1_a");
+  home.dir.write("IDX1/cpy_idx1_a", idx1);
+  std::filesystem::create_directory("other");
+  std::filesystem::create_symlink("/proc/self/mem", "other/idx1_a");
+  ENDS_WITH_STATUS(synchro_file(&home), 1,
+                   "^cannot read file ./other/idx1_a: Input/output error \n");
+  EXPECT_EQ(home.dir.read("IDX1/idx1_a"), idx1);
 }
 
 TEST(SynchroIdx1File, APathWithoutIdx1EndsTheProgramBeforeAnythingIsWritten) {
