@@ -3,6 +3,8 @@
 
 #include <locale.h>
 
+#include <memory>
+
 #include "app/gtk_dialogs.h"
 #include "config/registry.h"
 #include "gui/program.h"
@@ -54,6 +56,41 @@ public:
   }
 
   std::string before; // the index before the drill
+};
+
+// The program as a process of its own, in the drill of lesson 1, the question of "Quit" standing.
+class Leaving_program {
+public:
+  explicit Leaving_program(const std::string &locale = "C.UTF-8") : locale_(locale) {
+    for (const auto &[name, bytes] : TWO_LESSONS())
+      dir.write(name, bytes);
+    start();
+    asked = ask();
+  }
+  // Starts the program, or starts it again.
+  void start() {
+    const std::vector<std::string> settings = {"MERTU_TRACE=1", "LC_ALL=" + locale_};
+    program = std::make_unique<Program>("./prog.x", dir.path(), settings);
+  }
+
+  Scratch_dir dir;
+  std::unique_ptr<Program> program;
+  bool asked = false; // the question came up as it should
+  std::string before; // what the program had said when "Quit" was pressed
+
+private:
+  bool ask() {
+    const std::string answer = "  Question / Response ";
+    const std::string ready = "button " + answer + " at ";
+    if (!program->says("button ReDr at ") ||
+        !program->press(answer, {"pane: Confirm learning", ready}) ||
+        !program->press(answer, {"pane: Question", ready}))
+      return false;
+    before = program->output();
+    return program->press("Quit", {std::string("dialog: ") + QUESTION, "button Yes at ",
+                                   "button No at ", "button RAZ ? at "});
+  }
+  std::string locale_;
 };
 
 // How many history lines of an index tell of an answer.
@@ -173,22 +210,47 @@ TEST(Leave, TheQuestionReadsTheSameInEveryLocale) {
 
 TEST(Leave, TheProgramsQuestionReadsTheSameInEveryLocale) {
   for (std::string locale : {"C", "C.UTF-8"}) {
-    Scratch_dir dir;
-    for (const auto &[name, bytes] : TWO_LESSONS())
-      dir.write(name, bytes);
-    Program program("./prog.x", dir.path(), {"MERTU_TRACE=1", "LC_ALL=" + locale});
-    ASSERT_TRUE(program.says("button ReDr at ")) << program.output();
-    const std::string answer = "  Question / Response ";
-    const std::string ready = "button " + answer + " at ";
-    EXPECT_TRUE(program.press(answer, {"pane: Confirm learning", ready}));
-    EXPECT_TRUE(program.press(answer, {"pane: Question", ready}));
-    EXPECT_TRUE(program.press("Quit", {std::string("dialog: ") + QUESTION, "button Yes at ",
-                                       "button No at ", "button RAZ ? at "}))
-        << program.output();
-    EXPECT_TRUE(program.press("No"));
-    EXPECT_EQ(program.status(), 0) << program.output();
-    EXPECT_TRUE(dir.exists("Mertu_last_state"));
+    Leaving_program leaving(locale);
+    EXPECT_TRUE(leaving.asked) << leaving.program->output();
+    EXPECT_TRUE(leaving.program->press("No"));
+    EXPECT_EQ(leaving.program->status(), 0) << leaving.program->output();
+    EXPECT_TRUE(leaving.dir.exists("Mertu_last_state"));
   }
+}
+
+TEST(Leave, QuitListsTheOrderingsBeforeItAsks) {
+  Leaving_program leaving;
+  ASSERT_TRUE(leaving.asked) << leaving.program->output();
+  std::string since = leaving.program->output().substr(leaving.before.size());
+  size_t question = since.find(QUESTION);
+  EXPECT_LT(since.find("SORT_CLASSMENT QR rank=1 "), question);
+  EXPECT_LT(since.find("SORT_CLASSMENT RQ rank=3 "), question);
+}
+
+TEST(Leave, AProgramThatEndsUnderTheQuestionLeavesNoLastState) {
+  Leaving_program leaving;
+  ASSERT_TRUE(leaving.asked) << leaving.program->output();
+  leaving.program.reset();
+  EXPECT_FALSE(leaving.dir.exists("Mertu_last_state"));
+  leaving.start();
+  EXPECT_TRUE(leaving.program->says("pane: Confirm display of lesson 1"));
+  EXPECT_TRUE(leaving.program->says("button ReDr at "));
+  EXPECT_TRUE(leaving.program->press("Quit"));
+  EXPECT_EQ(leaving.program->status(), 0) << leaving.program->output();
+  EXPECT_THAT(leaving.dir.read("Mertu_last_state"), HasSubstr("  1    Last lesson\n"));
+  EXPECT_FALSE(leaving.dir.exists("Mertu_last_state.new"));
+}
+
+TEST(Leave, ALastStateThatCannotTakeItsNameEndsTheProgramAndIsTold) {
+  Leaving_program leaving;
+  ASSERT_TRUE(leaving.asked) << leaving.program->output();
+  std::filesystem::create_directory(leaving.dir.path() + "/Mertu_last_state");
+  EXPECT_TRUE(leaving.program->press("No"));
+  EXPECT_EQ(leaving.program->status(), 1);
+  const char told[] = "cannot write file Mertu_last_state: Is a directory \n";
+  EXPECT_THAT(leaving.program->output(), HasSubstr(told));
+  EXPECT_THAT(leaving.dir.read("mertu_log"), HasSubstr(told));
+  EXPECT_FALSE(leaving.dir.exists("Mertu_last_state.new"));
 }
 
 TEST(Leave, WhileTheQuestionStandsTheWindowTakesNothing) {

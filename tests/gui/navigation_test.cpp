@@ -67,6 +67,42 @@ TEST(Navigation, NumbersBelowOneMoveToTheirOwnNeighbours) {
   }
 }
 
+TEST(Navigation, FromPastTheLastLessonNextGoesToTheFirstAndPrevOneBack) {
+  Test_window window(five_lessons());
+  for (auto [from, prev] : {std::pair(6, 5), {8, 7}}) {
+    window.book->ilesson = from;
+    cback_next_less(nullptr, window.book);
+    EXPECT_EQ(window.book->ilesson, 1) << from;
+    window.book->ilesson = from;
+    cback_prev_less(nullptr, window.book);
+    EXPECT_EQ(window.book->ilesson, prev) << from;
+  }
+}
+
+TEST(Navigation, WithoutALessonNextGoesToTheFirstAndPrevToNone) {
+  Test_window window(five_lessons());
+  window.book->nbt_lesson = 0;
+  cback_prev_less(nullptr, window.book);
+  EXPECT_EQ(window.book->ilesson, 0);
+  cback_next_less(nullptr, window.book);
+  EXPECT_EQ(window.book->ilesson, 1);
+}
+
+TEST(Navigation, NextAndPrevFreeTheAnswerButtonBeforeTheyAsk) {
+  for (const char *label : {"Next", "Prev", "Quit"}) {
+    Test_window window(five_lessons());
+    for (int i = 0; i < 2; i++) // describe, start
+      window.press(window.book->Button1, LEFT);
+    gtk_widget_set_sensitive(window.book->Button1, FALSE);
+    window.dialogs.will_do([&](GtkWidget *dialog) {
+      EXPECT_EQ(SENSITIVE(window.book->Button1), label != std::string("Quit")) << label;
+      QUEUE_ANSWER(dialog, GTK_RESPONSE_NO);
+    });
+    window.press(window.button(label), LEFT);
+    EXPECT_EQ(window.dialogs.seen.size(), 1u);
+  }
+}
+
 TEST(Navigation, ADrillIsLeftForTheLessonAsked) {
   Test_window window(five_lessons());
   for (int i = 0; i < 2; i++) // describe, start
