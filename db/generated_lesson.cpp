@@ -3,6 +3,7 @@
 #include "db/generated_lesson.h"
 
 #include <string.h>
+#include <unistd.h>
 
 #include "util/numbers.h"
 
@@ -15,12 +16,22 @@ bool is_gene_name(const char *line) {
   return line[0] == '#' && strchr(line, '*') != nullptr && !IS_END_MARK(line);
 }
 
-// Takes the second line apart; false where it holds no offset.
-bool split_reference(Trf_gene_record *record) {
+// The first word of the line just read, as its bytes stand in the file: a path holds any letter,
+// and is not the same in another encoding.
+std::string first_word_as_written(const Trf_line_cursor &line) {
+  std::string bytes((size_t)(line.next - line.start), '\0');
+  ssize_t nb = pread(fileno(line.fp), bytes.data(), bytes.size(), line.start);
+  bytes.resize(nb > 0 ? (size_t)nb : 0);
+  const char *word = bytes.c_str() + strspn(bytes.c_str(), " \t");
+  return std::string(word, strcspn(word, " \t\r\n"));
+}
+
+// Takes the second line, just read, apart; false where it holds no offset.
+bool split_reference(const Trf_line_cursor &line, Trf_gene_record *record) {
   const char *word = record->reference.c_str();
   word += strspn(word, " ");
-  record->path.assign(word, strcspn(word, " "));
-  const char *star = strchr(word + record->path.size(), '*');
+  record->path = first_word_as_written(line);
+  const char *star = strchr(word + strcspn(word, " "), '*');
   if (star == nullptr || strlen(star) < STAR_TO_OFFSET)
     return false;
   long taken[2] = {0, 0};
@@ -67,5 +78,5 @@ Trf_gene_result READ_GENE_RECORD(Trf_line_cursor *cursor, Trf_gene_record *recor
   if (!NEXT_LINE(cursor))
     return GENE_NO_REFERENCE;
   record->reference = cursor->text;
-  return split_reference(record) ? GENE_RECORD : GENE_NO_OFFSET;
+  return split_reference(*cursor, record) ? GENE_RECORD : GENE_NO_OFFSET;
 }

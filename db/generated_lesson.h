@@ -42,7 +42,7 @@ struct Trf_gene_record {
   std::string name;      // the name line
   std::string alias;     // what stands behind its first '*' up to the next blank
   std::string reference; // the second line
-  std::string path;      // the idx1 file's path: the second line's first word
+  std::string path;      // the idx1 file's path: the second line's first word, as written
   long history = 0;      // offset there of the Q->R history line
 };
 

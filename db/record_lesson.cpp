@@ -165,10 +165,9 @@ std::string text_of_length(const long *values, long length) {
   return text;
 }
 
-// Writes the line anew at its own length. Where it is missing there is nothing to write over; and
-// the next record's name is no place for it.
+// Writes the line anew at its own length. Where it is missing there is nothing to write over.
 void rewrite_line(const Trf_history_line &line, Trf_recording *job) {
-  if (line.room == 0 || line.is_record)
+  if (line.room == 0)
     return;
   write_bytes(line.start, text_of_length(line.values, line.room), &job->walk);
   job->written.insert(job->walk.path);
@@ -181,13 +180,15 @@ void record_word(Trf_recording *job) {
     return;
   job->twice = !job->met.emplace(walk->path, walk->record.history).second;
   long next = walk->record.history;
+  bool is_of_next = false; // from the next record's name on nothing is written over
   for (int sens : {1, 2}) {
     Trf_history_line line;
     READ_LESSON_HISTORY(next, walk, &line);
     next = line.next;
+    is_of_next = is_of_next || line.is_record;
     if (line.faulty)
       note_faulty(job);
-    if (take_counts(sens, line.values, job))
+    if (take_counts(sens, line.values, job) && !is_of_next)
       rewrite_line(line, job);
   }
 }
@@ -229,10 +230,10 @@ void blank_line(const Trf_history_line &line, Trf_lesson_walk *walk) {
   write_bytes(line.start, text, walk);
 }
 
-// The offset behind the last byte of a word's history lines.
+// The offset behind the last byte of a word's history lines, the first of which is there.
 long end_of_history(const Trf_history_line &qr, const Trf_history_line &rq) {
   const Trf_history_line &last = rq.is_record || rq.room == 0 ? qr : rq;
-  return last.is_record ? last.start : last.start + last.room;
+  return last.start + last.room;
 }
 
 // QUIRK forgotten in one line: the two blank history lines are written in a row with no line end
@@ -244,6 +245,8 @@ void erase_word(Trf_lesson_walk *walk) {
   Trf_history_line qr;
   Trf_history_line rq;
   FIND_HISTORY_LINE(walk->record.history, walk, &qr);
+  if (qr.is_record)
+    return;
   FIND_HISTORY_LINE(qr.next, walk, &rq);
   std::string blank = BLANK_HISTORY_LINE();
   if (end_of_history(qr, rq) - qr.start >= 2 * HISTORY_LENGTH)

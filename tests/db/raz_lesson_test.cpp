@@ -174,6 +174,18 @@ TEST(RazLesson, TheNextRecordsNameIsNeverWrittenOver) {
   EXPECT_EQ(desk.idx1("one"), desk.with(0, BLANK));
 }
 
+TEST(RazLesson, ARecordWithoutLinesForgetsNoneOfTheNextRecords) {
+  for (const char *next : {"next", "next with a question that is longer than a history line"}) {
+    Record_desk desk;
+    SCRIPT().answer = ANSWER_YES;
+    desk.take(desk.entry("one", "mot", ""));
+    desk.entry("one", next, history_line(7, 0, 2500, 0) + history_line(4, 0, 2400, 0));
+    desk.write();
+    desk.raz();
+    EXPECT_EQ(desk.idx1("one"), desk.files["one"] + idx1_trailer(0));
+  }
+}
+
 TEST(RazLesson, AnEntryThatStandsTwiceIsForgottenOnce) {
   Record_desk desk;
   SCRIPT().answer = ANSWER_YES;

@@ -133,6 +133,20 @@ TEST(RecordLesson, AComposedLessonIsReadFromItsOwnFile) {
   EXPECT_EQ(desk.log(), "RECORD_LESSON 0 DONE  nb_errors=0\n");
 }
 
+TEST(RecordLesson, APathOfAccentedLettersIsOpenedAsItIsWritten) {
+  for (const char *directory : {"IDX1\xC3\xA9", "IDX1\xE9"}) {
+    Record_desk desk;
+    desk.table.QRcum_nok[desk.word("one", "mot", NEVER_ASKED)] = 1;
+    std::string *record = desk.lesson.data();
+    record->replace(record->find("IDX1"), 4, directory);
+    desk.write();
+    std::filesystem::rename("IDX1", directory);
+    EXPECT_EQ(desk.record(), "");
+    EXPECT_EQ(desk.dir.read(std::string(directory) + "/idx1_one"),
+              desk.with(0, history_line(0, 1, 0, 3000)));
+  }
+}
+
 TEST(RecordLesson, ANegativeLessonNumberDoesNothing) {
   Record_desk desk;
   desk.table.QRcum_nok[desk.word("one", "mot", NEVER_ASKED)] = 1;
@@ -377,6 +391,20 @@ TEST(RecordLesson, TheNextRecordsNameIsNeverWrittenOver) {
   EXPECT_EQ(desk.dir.read("IDX1/cpy_idx1_one"), desk.files["one"] + idx1_trailer(0));
   EXPECT_THAT(desk.idx1("one"), HasSubstr("#next *a1 "));
   EXPECT_THAT(desk.idx1("one"), HasSubstr(history_line(7, 0, 2500, 0)));
+}
+
+TEST(RecordLesson, ARecordWithoutLinesTakesNoneOfTheNextRecords) {
+  Record_desk desk;
+  int i = desk.take(desk.entry("one", "mot", ""));
+  desk.entry("one", "next", history_line(7, 0, 2500, 0) + history_line(4, 0, 2400, 0));
+  // As a load reads it: the next record's Q->R line is this word's R->Q line.
+  desk.known(i, NEVER_ASKED, {7, 0, 2500, 0});
+  desk.table.QRcum_nok[i] = 1;
+  desk.table.RQcum_nok[i] = 1;
+  desk.write();
+  desk.record();
+  EXPECT_EQ(desk.dir.read("IDX1/cpy_idx1_one"), desk.files["one"] + idx1_trailer(0));
+  EXPECT_THAT(desk.log(), HasSubstr("RECORD_LESSON 1 DONE  nb_errors=1\n"));
 }
 
 TEST(RecordLesson, CorrectedValuesAreCompared) {
