@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <map>
 
 #include "db/history_line.h"
@@ -35,16 +36,25 @@ bool is_earlier(const struct timespec &time, const struct timespec &other) {
   return time.tv_sec != other.tv_sec ? time.tv_sec < other.tv_sec : time.tv_nsec < other.tv_nsec;
 }
 
-void read_line(char *text, Trf_erased *erased) {
-  size_t length = strcspn(text, " ");
+// The bytes of the line just read, with its line end.
+std::string bytes_of_line(const Trf_line_cursor &line) {
+  std::string bytes((size_t)(line.next - line.start), '\0');
+  ssize_t nb = pread(fileno(line.fp), bytes.data(), bytes.size(), line.start);
+  bytes.resize(nb > 0 ? (size_t)nb : 0);
+  return bytes;
+}
+
+// Takes a line of the notes, as its bytes stand: a path may hold any letter.
+void read_line(std::string bytes, Trf_erased *erased) {
+  size_t length = strcspn(bytes.c_str(), " \r\n");
   if (length == 0)
     return;
   Trf_moment moment;
   long taken[3] = {0, 0, 0};
-  EXTR_N_LINT(2, text + length, taken);
+  EXTR_N_LINT(2, bytes.data() + length, taken);
   moment.noted = taken[0] == 2;
   moment.time = {taken[1], taken[2]};
-  (*erased)[std::string(text, length)] = moment;
+  (*erased)[bytes.substr(0, length)] = moment;
 }
 
 // Reads what is noted; nothing where there is no such file.
@@ -56,7 +66,7 @@ Trf_erased read_erased() {
   Trf_line_cursor line(fp.get());
   line.limit = LONG_MAX;
   while (NEXT_LINE(&line))
-    read_line(line.text, &erased);
+    read_line(bytes_of_line(line), &erased);
   return erased;
 }
 
@@ -92,23 +102,16 @@ void note_times(Trf_erased *erased) {
     write_erased(*erased);
 }
 
-// The bytes of the line just read, with its line end.
-std::string bytes_of_line(const Trf_line_cursor &line) {
-  std::string bytes((size_t)(line.next - line.start), '\0');
-  ssize_t nb = pread(fileno(line.fp), bytes.data(), bytes.size(), line.start);
-  bytes.resize(nb > 0 ? (size_t)nb : 0);
-  return bytes;
-}
-
 // What makes an erased line whole from behind its first blank history line: a line end like its
 // own, and a blank history line in the bytes that are left (52 unless the old lines were damaged).
+// A line at the end of a file that was cut short has no line end; that of other lines is taken.
 // "" where the line is not an erased one.
 std::string mended_rest(const std::string &bytes) {
   std::string blank = BLANK_HISTORY_LINE();
-  size_t end = bytes.find_first_of("\r\n");
-  if (end == std::string::npos || bytes.compare(0, 2 * blank.size(), blank + blank) != 0)
+  size_t end = std::min(bytes.find_first_of("\r\n\xFF"), bytes.size());
+  if (bytes.compare(0, 2 * blank.size(), blank + blank) != 0)
     return "";
-  std::string line_end = bytes[end] == '\r' ? "\r\n" : "\n";
+  std::string line_end = bytes.compare(end, 1, "\n") == 0 ? "\n" : "\r\n";
   size_t left = end - blank.size() - line_end.size();
   blank.resize(left, ' ');
   return line_end + blank;

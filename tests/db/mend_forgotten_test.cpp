@@ -78,6 +78,34 @@ TEST(MendForgotten, ARecordThatWasDamagedBeforeIsMendedInTheBytesItHas) {
   EXPECT_EQ(mended(name + BLANK + BLANK + ";\n"), name + BLANK + "\n" + BLANK + "\n");
 }
 
+TEST(MendForgotten, ARecordAtTheEndOfACutFileIsMended) {
+  Scratch_dir dir;
+  for (const char *end : {"", " ", " ;"}) {
+    dir.write("idx1_a", "#mot *a1 0 * x \r\n" + BLANK + BLANK + end);
+    EXPECT_TRUE(NOTE_ERASED({"./idx1_a"}, nullptr));
+    MEND_FORGOTTEN(nullptr);
+    std::string last = BLANK;
+    last.resize(50 + strlen(end), ' ');
+    EXPECT_EQ(dir.read("idx1_a"), "#mot *a1 0 * x \r\n" + NEVER_LINE + last);
+  }
+}
+
+TEST(MendForgotten, ABigByteInTheLastOldBytesHidesNoRecord) {
+  EXPECT_EQ(mended("#mot *a1 0 * x \r\n" + BLANK + BLANK + " \xFF\r\n"),
+            "#mot *a1 0 * x \r\n" + NEVER_LINE + BLANK.substr(0, 51) + "\xFF\r\n");
+}
+
+TEST(MendForgotten, APathOfAccentedLettersIsFoundAsItIsWritten) {
+  for (const char *path : {"./idx1_\xC3\xA9", "./idx1_\xE9"}) {
+    Scratch_dir dir;
+    dir.write(path, index_of("#mot *a1 0 * x \r\n" + ERASED));
+    EXPECT_TRUE(NOTE_ERASED({path}, nullptr));
+    EXPECT_TRUE(NOTE_ERASED({"./idx1_b"}, nullptr));
+    MEND_FORGOTTEN(nullptr);
+    EXPECT_EQ(dir.read(path), index_of("#mot *a1 0 * x \r\n" + BLANK_HISTORY));
+  }
+}
+
 TEST(MendForgotten, TheFileKeepsItsModificationTime) {
   Scratch_dir dir;
   dir.write("IDX1/idx1_a", index_of("#mot *a1 0 * x \r\n" + ERASED));
