@@ -26,6 +26,14 @@ TEST(StarterFiles, TheSettingsHoldNoEmptyLine) {
     EXPECT_NE(line.find_first_not_of(' '), std::string::npos);
 }
 
+TEST(StarterFiles, TheHelpPageFitsThePane) {
+  std::vector<std::string> lines = lines_of(starter / "mertu_list.txt");
+  EXPECT_GE(lines.size(), 20u);
+  EXPECT_LE(lines.size(), 190u);
+  for (const std::string &line : lines)
+    EXPECT_LE(line.size(), 100u) << line;
+}
+
 TEST_F(Starter, EveryEntryIsIndexedWithoutAFault) {
   EXPECT_EQ(log().find("rror"), std::string::npos) << log();
   for (const char *dictionary : dictionaries) {
