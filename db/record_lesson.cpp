@@ -201,6 +201,8 @@ void record_word(Trf_recording *job) {
 // Test: RecordLesson.OnlyTheLastFaultyDictionaryIsCorrected
 void correct_last(const std::vector<std::string> &faulty, Trf_book *book) {
   std::string notice = std::string("Errors found in data base. \n") + COMPARE_ALL_NOTICE;
+  if (book->fp_log != nullptr)
+    fflush(book->fp_log); // the learner is about to look at it
   TELL_LEARNER(NOTICE_ERROR, notice.c_str(), book);
   LOG_LINE(book->fp_log, "    \n");
   LOG_LINE(book->fp_log, "Please compare corrected idx1 files \n");
@@ -322,8 +324,9 @@ void RAZ_LESSON(Trf_book *book) {
   if (book->ilesson < 1)
     return;
   bool had_window = book->pWindow != nullptr;
+  int ilesson = book->ilesson;
   Trf_answer answer = ask_to_forget(book);
-  if (had_window && book->pWindow == nullptr)
+  if ((had_window && book->pWindow == nullptr) || book->ilesson != ilesson)
     return;
   if (answer == ANSWER_NO)
     RECORD_LESSON(book);

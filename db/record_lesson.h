@@ -31,7 +31,8 @@ void RECORD_LESSON(Trf_book *book);
 // (RECORD_LESSON). Any other answer: erases it; each word's record then is its name line and one
 // line of 106 characters, which db/mend_forgotten makes whole before anyone reads it. Nothing where
 // ilesson is below 1; a composed lesson says "composed lesson: nothing recorded, nothing forgotten
-// \n" on standard output. Nothing either where the window went while the question stood.
+// \n" on standard output. Nothing either where the window went, or another lesson came, while the
+// question stood.
 // A file that cannot be opened or written is told as by RECORD_LESSON. Ends the program as
 // NEXT_LESSON_WORD does, under the name RECORD_LESSON, before anything is erased.
 void RAZ_LESSON(Trf_book *book);

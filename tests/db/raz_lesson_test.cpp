@@ -98,6 +98,19 @@ TEST(RazLesson, AWindowThatWentUnderTheQuestionLeavesAllAsItIs) {
   }
 }
 
+TEST(RazLesson, ALessonThatWentUnderTheQuestionLeavesAllAsItIs) {
+  for (Trf_answer answer : {ANSWER_NO, ANSWER_YES, ANSWER_CLOSED}) {
+    Record_desk desk;
+    desk.table.QRcum_nok[desk.word("one", "mot", NEVER_ASKED)] = 1;
+    desk.write();
+    SCRIPT().answer = answer;
+    SCRIPT().lesson_goes = true;
+    EXPECT_EQ(desk.raz(), "");
+    EXPECT_EQ(desk.idx1("one"), desk.files["one"] + idx1_trailer(0));
+    EXPECT_EQ(desk.log(), "");
+  }
+}
+
 TEST(RazLesson, WordsOfOtherDictionariesAreForgottenThere) {
   Record_desk desk;
   desk.word("one", "mot", {3, 2, 2900, 2800});

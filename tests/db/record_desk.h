@@ -4,7 +4,9 @@
 #define MERTU_TESTS_DB_RECORD_DESK_H
 
 #include <array>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <map>
 
 #include "db/generated_lesson.h"
@@ -22,8 +24,10 @@ const Fields NEVER_ASKED = {0, 0, 0, 0};
 struct Script {
   Trf_answer answer = ANSWER_NO;
   bool window_goes = false; // the window goes while a question stands
+  bool lesson_goes = false; // another lesson is chosen while a question stands
   std::vector<std::string> asked;
   std::vector<std::string> told;
+  std::vector<std::string> log_told; // what the log on the disk held at each
 };
 
 inline Script &SCRIPT() {
@@ -36,11 +40,16 @@ inline Trf_answer SCRIPTED_ASK(Trf_question kind, const char *text, Trf_book *bo
   SCRIPT().asked.push_back(text);
   if (SCRIPT().window_goes)
     book->pWindow = nullptr;
+  if (SCRIPT().lesson_goes)
+    book->ilesson = 2;
   return SCRIPT().answer;
 }
 
 inline void SCRIPTED_TELL(Trf_notice kind, const char *text, Trf_book *) {
   SCRIPT().told.push_back((kind == NOTICE_ERROR ? "error: " : "warning: ") + std::string(text));
+  std::ifstream log("log");
+  SCRIPT().log_told.emplace_back(std::istreambuf_iterator<char>(log),
+                                 std::istreambuf_iterator<char>());
 }
 
 // Three dictionaries one, two, three with the aliases a1, b2, c3, and lesson 1 of some of their

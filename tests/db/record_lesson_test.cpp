@@ -457,6 +457,18 @@ TEST(RecordLesson, FaultyLinesAreToldAndTheDictionaryCorrected) {
   EXPECT_EQ(desk.book.fp_idx1, nullptr);
 }
 
+TEST(RecordLesson, TheLogHoldsTheFaultsWhenTheNoticeNamesIt) {
+  Record_desk desk;
+  desk.book.fp_log = freopen("log", "w", desk.book.fp_log);
+  setvbuf(desk.book.fp_log, nullptr, _IOFBF, 1 << 16);
+  desk.known(desk.take(desk.entry("one", "mot", history_line(9, 2, 3001, 2800) + NEVER_LINE)),
+             {0, 2, 0, 2800});
+  desk.write();
+  desk.record();
+  ASSERT_EQ(SCRIPT().log_told.size(), 2u);
+  EXPECT_THAT(SCRIPT().log_told[0], StartsWith(faulty_line("./IDX1/idx1_one", "a1")));
+}
+
 TEST(RecordLesson, OnlyTheLastFaultyDictionaryIsCorrected) {
   Record_desk desk;
   std::string future = history_line(9, 2, 3001, 2800) + NEVER_LINE;
