@@ -3,6 +3,8 @@
 
 #include "gui/drill_model.h"
 
+#include <algorithm>
+
 namespace {
 
 const char BLANK[] = "            ;            ;            ;            ;";

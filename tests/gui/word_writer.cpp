@@ -3,6 +3,8 @@
 
 #include "gui/word_writer.h"
 
+#include <algorithm>
+
 std::string Word_writer::new_question() {
   const char *const words[] = {"mot", "la le\347on", "\351t\351", "c\234ur de", "a b c", "mot mot"};
   return words[below(6)] + std::string(" ") + std::to_string(++nb_questions_);
