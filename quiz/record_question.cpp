@@ -5,17 +5,33 @@
 #include "util/dialogs.h"
 #include "util/owned.h"
 
+namespace {
+
+// The lesson that was asked about.
+struct Asked_lesson {
+  int ilesson;
+  int start_lesson;
+};
+
+bool is_still_there(const Asked_lesson &lesson, const Trf_book *book) {
+  return book->pWindow != nullptr && book->ilesson == lesson.ilesson &&
+         book->start_lesson == lesson.start_lesson;
+}
+
+} // namespace
+
 bool RECORD_QUESTION(Trf_book *book) {
-  int ilesson = book->ilesson;
-  int step = book->start_lesson;
+  Asked_lesson lesson = {book->ilesson, book->start_lesson};
   // A lesson, its c with a cedilla.
-  Owned_text question(g_strdup_printf("Voulez-vous enregistrer la le\347on %d ?", ilesson));
+  Owned_text question(g_strdup_printf("Voulez-vous enregistrer la le\347on %d ?", lesson.ilesson));
   Trf_answer answer = ASK_LEARNER(QUESTION_RECORD, question.get(), book);
+  if (!is_still_there(lesson, book))
+    return false;
   if (answer == ANSWER_YES)
     RECORD_LESSON(book);
   else if (answer == ANSWER_FORGET)
     RAZ_LESSON(book);
-  return book->pWindow != nullptr && book->ilesson == ilesson && book->start_lesson == step;
+  return is_still_there(lesson, book);
 }
 
 // QUIRK lesson outside the list: a lesson below 0 or past the last one is left by "Next" and "Prev"

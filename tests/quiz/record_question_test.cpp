@@ -132,6 +132,14 @@ TEST(RecordQuestion, ForgetOfAComposedLessonAsksNothingMore) {
   EXPECT_EQ(drill.history(), UNTOUCHED);
 }
 
+TEST(RecordQuestion, AnAnswerForALessonThatWentMeanwhileRecordsNothing) {
+  Drill drill;
+  drill.record_of_dialogs.meanwhile = [](Trf_book *book) { book->ilesson = 2; };
+  EXPECT_FALSE(drill.leave({ANSWER_YES}));
+  EXPECT_EQ(drill.history(), UNTOUCHED);
+  EXPECT_THAT(drill.log(), IsEmpty());
+}
+
 TEST(RecordQuestion, AWindowThatGoesMeanwhileIsTold) {
   Drill drill;
   drill.record_of_dialogs.meanwhile = [](Trf_book *book) { book->pWindow = nullptr; };
