@@ -1,42 +1,20 @@
 // The orderings sorted: heaviest score first, equal ones in their previous order.
 #include "score/merge_sort.h"
 
-#include <algorithm>
 #include <vector>
 
+#include "score/merge_runs.h"
 #include "util/report.h"
 
 namespace {
-
-// Merges the sorted runs [left, mid] and [mid + 1, right]. An entry of the right run goes first
-// only where it must (compare gives more than 0), which keeps equal entries in their order.
-template <typename Compare>
-void merge_runs(int left, int mid, int right, int *num, int *work, Compare compare) {
-  int i = left;
-  int j = mid + 1;
-  int k = left;
-  while (i <= mid && j <= right)
-    work[k++] = compare(num[i], num[j]) > 0 ? num[j++] : num[i++];
-  std::copy(num + i, num + mid + 1, work + k);
-  std::copy(num + j, num + right + 1, work + k + (mid + 1 - i));
-  std::copy(work + left, work + right + 1, num + left);
-}
-
-template <typename Compare>
-void sort_run(int left, int right, int *num, int *work, Compare compare) {
-  if (right <= left)
-    return;
-  int mid = (left + right) / 2;
-  sort_run(left, mid, num, work, compare);
-  sort_run(mid + 1, right, num, work, compare);
-  merge_runs(left, mid, right, num, work, compare);
-}
 
 template <typename Compare> void merge_sort(int left0, int right0, int *num, Compare compare) {
   if (right0 <= left0)
     return;
   std::vector<int> work((size_t)right0 + 5);
-  sort_run(left0, right0, num, work.data(), compare);
+  SORT_HALVES(left0, right0, [num, &work, compare](int left, int mid, int right) {
+    MERGE_RUNS(left, mid, right, num, work.data(), compare);
+  });
 }
 
 void list_keys(int left0, int right0, const int *num, const long *cum_err, const long *nb_nok,
