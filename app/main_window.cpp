@@ -5,6 +5,7 @@
 #include "app/gtk_dialogs.h"
 #include "app/last_state.h"
 #include "app/navigation.h"
+#include "app/window_icon.h"
 #include "command/command_entry.h"
 #include "quiz/answer_button.h"
 #include "quiz/confirm_lesson.h"
@@ -240,6 +241,7 @@ void OPEN_MAIN_WINDOW(Trf_records *records) {
   START_VALUES(records);
   Trf_geometry geometry = WINDOW_GEOMETRY(records->S_state, records->Caract_win);
   REGISTER_GTK_DIALOGS();
+  USE_WINDOW_ICON();
   BUILD_MAIN_WINDOW(&geometry, records->ss_font_lesson, records->ss_font_vocab, book);
   CONFIRM0_LESSON(book);
   SHOW_MAIN_WINDOW(records->S_state, book);

@@ -10,6 +10,7 @@ packages_for() {
     tests) printf '%s\n' libgtest-dev libgmock-dev libxtst-dev xvfb xauth ;;
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
     sounds) printf '%s\n' espeak-ng sox libsox-fmt-base ;;
+    icons) printf '%s\n' librsvg2-bin ;;
     *)
       printf 'packages_for: no purpose is called %s\n' "$1" >&2
       return 1
