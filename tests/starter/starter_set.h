@@ -45,6 +45,8 @@ inline std::vector<Entry> entries_of(const char *dictionary) {
   for (const std::string &line : lines_of(starter / dictionary)) {
     if (line.find("######") != std::string::npos) {
       in_section = !in_section;
+    } else if (!in_section && line.substr(0, 2) == "##") {
+      continue;
     } else if (!in_section && line[0] == '#') {
       size_t star = line.find('*');
       EXPECT_NE(star, std::string::npos) << line;
@@ -54,6 +56,15 @@ inline std::vector<Entry> entries_of(const char *dictionary) {
     }
   }
   return entries;
+}
+
+// The lines that borrow an entry of another dictionary, as written.
+inline std::vector<std::string> borrowed_by(const char *dictionary) {
+  std::vector<std::string> borrowed;
+  for (const std::string &line : lines_of(starter / dictionary))
+    if (line.substr(0, 2) == "##" && line.find("######") == std::string::npos)
+      borrowed.push_back(line);
+  return borrowed;
 }
 
 // The program's records over a scratch copy of the starter set, its index built.

@@ -5,9 +5,11 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "lesson/numbered_lesson.h"
+#include "util/encodings.h"
 #include "util/owned.h"
 
 TEST_F(Starter, SettingsNameFourDictionariesAndAReadableWindow) {
@@ -56,16 +58,33 @@ TEST_F(Starter, AccentsOfBothFilesArriveInTheIndex) {
   EXPECT_EQ(german.find('\\'), std::string::npos);
 }
 
-TEST_F(Starter, EveryLessonLoadsWithTwentyFiveToSixtyWords) {
+TEST_F(Starter, EveryLessonLoadsWithThirtyToEightyWords) {
   for (int lesson : {1, 2, 3, 4}) {
     book.ilesson = lesson;
     INIT_LESSON(&lesson, &book);
-    EXPECT_EQ(size_t(table.nb_posit), entries_of(dictionaries[lesson - 1]).size());
-    EXPECT_GE(table.nb_posit, lesson <= 2 ? 30 : 25);
-    EXPECT_LE(table.nb_posit, 60);
+    const char *dictionary = dictionaries[lesson - 1];
+    size_t own = entries_of(dictionary).size();
+    EXPECT_EQ(size_t(table.nb_posit), own + borrowed_by(dictionary).size());
+    EXPECT_GE(own, 30u) << dictionary;
+    EXPECT_LE(table.nb_posit, 80) << dictionary;
     EXPECT_EQ(table.QRcum_err[1], -1);
   }
   EXPECT_EQ(log().find("rror"), std::string::npos) << log();
+}
+
+TEST_F(Starter, LessonThreeBorrowsTwoEntriesOfLessonOne) {
+  EXPECT_EQ(borrowed_by("french_heard.txt").size(), 2u);
+  int lesson = 3;
+  book.ilesson = lesson;
+  INIT_LESSON(&lesson, &book);
+  std::string words = scratch.read("idx1_gene");
+  for (const char *name : {"#la gare *fr ", "#je ne comprends pas *fr "}) {
+    size_t at = words.find(name);
+    ASSERT_NE(at, std::string::npos) << name;
+    // The record behind the name says whose index what is learned goes to.
+    size_t record = words.find('\n', at) + 1;
+    EXPECT_EQ(words.substr(record, words.find(" *", record) - record), " ./IDX1/idx1_french.txt");
+  }
 }
 
 TEST(StarterFiles, EveryEntryHasOneQuestionAndThenOneResponse) {
@@ -94,6 +113,67 @@ TEST(StarterFiles, BehindTheStarStandOnlyRepeatMarksAndTagsInSmallLetters) {
       EXPECT_TRUE(g_regex_match_simple(allowed, entry.tags.c_str(), GRegexCompileFlags(0),
                                        GRegexMatchFlags(0)))
           << entry.name << " *" << entry.tags;
+}
+
+TEST(StarterFiles, EveryTagIsSharedAndTheCommonOnesGoThroughThreeDictionaries) {
+  std::map<std::string, int> carried;
+  std::map<std::string, std::set<std::string>> where;
+  for (const char *dictionary : dictionaries)
+    for (const Entry &entry : entries_of(dictionary)) {
+      std::istringstream words(entry.tags);
+      for (std::string tag; words >> tag;) {
+        carried[tag]++;
+        where[tag].insert(dictionary);
+      }
+    }
+  for (const auto &[tag, count] : carried)
+    if (tag[0] != 'Q') {
+      EXPECT_GE(count, 3) << tag;
+    }
+  for (const char *tag : {"home", "food", "people", "town", "travel", "time", "number", "verb",
+                          "adjective", "phrase", "weather"})
+    EXPECT_GE(where[tag].size(), 3u) << tag;
+}
+
+TEST(StarterFiles, AFewEntriesGoWithoutTags) {
+  int untagged = 0;
+  for (const Entry &entry : entries_of("spanish.txt"))
+    untagged += entry.tags.empty() ? 1 : 0;
+  EXPECT_EQ(untagged, 3);
+}
+
+// How many lines of a part, "Q>" or "R>", an entry has.
+static int lines_of_part(const Entry &entry, const char *part) {
+  int nb = 0;
+  bool inside = false;
+  for (const std::string &line : entry.lines) {
+    if (line.substr(0, 2) == "Q>" || line.substr(0, 2) == "R>")
+      inside = line.substr(0, 2) == part;
+    nb += inside && line[0] != '!' && line.find_first_not_of(' ') != std::string::npos ? 1 : 0;
+  }
+  return nb;
+}
+
+TEST(StarterFiles, EachDictionaryHasEntriesOfOneOfTwoAndTheReadOnesOfMoreLines) {
+  for (const char *dictionary : dictionaries) {
+    std::map<int, int> entries;
+    for (const Entry &entry : entries_of(dictionary)) {
+      int lines = lines_of_part(entry, "Q>");
+      EXPECT_EQ(lines, lines_of_part(entry, "R>")) << dictionary << ": " << entry.name;
+      entries[std::min(lines, 3)]++;
+    }
+    EXPECT_GE(entries[1], 2) << dictionary;
+    EXPECT_GE(entries[2], 10) << dictionary;
+    EXPECT_GE(entries[3], std::string(dictionary) == "french_heard.txt" ? 0 : 3) << dictionary;
+  }
+}
+
+TEST(StarterFiles, EveryLetterHasItsPlaceInTheEncodingOfTheIndex) {
+  for (const char *name : {"french.txt", "french_heard.txt", "spanish.txt"})
+    for (const std::string &line : lines_of(starter / name)) {
+      Owned_text shown(CP1252_FROM_UTF8(line.c_str()));
+      EXPECT_NE(shown, nullptr) << line;
+    }
 }
 
 TEST(StarterFiles, NoNameIsCutAndNoLineIsWiderThanThePane) {
