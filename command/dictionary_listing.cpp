@@ -1,0 +1,223 @@
+// "!dico": every entry of every dictionary in alphabetical order, in the file ./mertu_dico.
+#include "command/dictionary_listing.h"
+
+#include <errno.h>
+#include <glib.h>
+#include <string.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "config/registry.h"
+#include "db/idx1_walk.h"
+#include "db/mend_forgotten.h"
+#include "lesson/compose.h"
+#include "score/merge_runs.h"
+#include "score/position_table.h"
+#include "util/accents.h"
+#include "util/owned.h"
+#include "util/report.h"
+
+namespace {
+
+char LISTED_NAME[] = "./mertu_dico1"; // the entries as they come
+char SORTED_NAME[] = "./mertu_dico";  // the listing
+
+const int FIRST_CAPACITY = 10; // of the array of offsets, which has NB_SPARE_POSIT elements more
+const int CAPACITY_STEP = 20;
+
+// The entries listed so far.
+struct Listing {
+  Trf_book *book;
+  FILE *fp;         // ./mertu_dico1
+  long **posit;     // the table's array: the offset of line k, from 1
+  int capacity = 0; // of that array, without its spare elements
+  int nb = 0;       // lines in the file
+  long length = 0;  // bytes in the file
+};
+
+void cannot_write(const char *name, int reason, Trf_book *book) {
+  LOG_AND_SAY(book->fp_log, "cannot write file %s: %s \n", name, strerror(reason));
+}
+
+// Gives the array this capacity; the new elements are 0.
+void resize_positions(int capacity, Listing *listing) {
+  int before = *listing->posit == nullptr ? 0 : listing->capacity + NB_SPARE_POSIT;
+  int nb = capacity + NB_SPARE_POSIT;
+  *listing->posit = g_renew(long, *listing->posit, static_cast<gsize>(nb));
+  std::fill(*listing->posit + std::min(before, nb), *listing->posit + nb, 0L);
+  listing->capacity = capacity;
+}
+
+// Takes the table's array for the offsets.
+void begin_positions(Listing *listing) {
+  g_free(*listing->posit);
+  *listing->posit = nullptr;
+  resize_positions(FIRST_CAPACITY, listing);
+}
+
+// The table may be used again: none of its arrays is shorter than it says.
+void end_positions(Listing *listing) {
+  int capacity = listing->book->t_posit->nbmx_posit;
+  if (capacity > listing->capacity)
+    resize_positions(capacity, listing);
+}
+
+void list_line(const char *line, Listing *listing) {
+  listing->nb++;
+  if (listing->nb >= listing->capacity)
+    resize_positions(listing->capacity + CAPACITY_STEP, listing);
+  (*listing->posit)[listing->nb] = listing->length;
+  size_t length = strlen(line);
+  fwrite(line, 1, length, listing->fp);
+  fputc('\n', listing->fp);
+  listing->length += static_cast<long>(length) + 1;
+}
+
+// Appends the entries of dictionary k.
+void list_dictionary(int k, Listing *listing) {
+  Trf_book *book = listing->book;
+  Owned_text s_idx1(S_IDX1_FROM_NUM(k, book->G_kentel));
+  if (s_idx1 == nullptr)
+    return;
+  Owned_stream fp(OPEN_IDX1_OR_SKIP(s_idx1.get(), book->fp_log));
+  if (fp == nullptr)
+    return;
+  Trf_idx1_walk walk(fp.get(), s_idx1.get(), book->fp_log, nullptr);
+  SKIP_HEADER(&walk);
+  ALLOW_LINES(MAX_IDX1_LINES, &walk);
+  for (Trf_walk_line kind = NEXT_NAME(&walk); kind != WALK_END; kind = NEXT_NAME(&walk))
+    if (kind == WALK_ENTRY)
+      list_line(walk.line.text, listing);
+  TELL_WHERE_CUT(walk.path, &walk);
+}
+
+// Writes ./mertu_dico1. Returns false where it could not be written whole.
+bool list_entries(Listing *listing) {
+  Trf_book *book = listing->book;
+  for (int k = 1; k <= book->nbt_lesson; k++)
+    if (IS_VISITED(k, book->G_kentel))
+      list_dictionary(k, listing);
+  if (fflush(listing->fp) != 0 || ferror(listing->fp)) {
+    cannot_write(LISTED_NAME, errno, book);
+    return false;
+  }
+  LOG_LINE(book->fp_log, "file : %s  done\n", LISTED_NAME);
+  return true;
+}
+
+// Reads the line at this offset. Returns false where it is not the line of an entry.
+bool read_entry_line(long offset, Trf_line_cursor *line) {
+  line->next = offset;
+  line->nb_read = 0;
+  return NEXT_LINE(line) && !IS_END_MARK(line->text) && line->text[0] == '#';
+}
+
+// The key of an entry's line; "" for a blank one.
+//
+// QUIRK capital accents in a listing: only the capitals A to Z are made small before the accents
+// go, so that an accented capital becomes a plain capital and its word stands before every word in
+// small letters. One would expect the same order for both; it is meant: the order then is the same
+// on every machine, whatever its language. Test:
+// DictionaryListing.AccentedCapitalStandsBeforeSmallLetters
+std::string key_of(const char *line) {
+  std::string key(line + 1, strcspn(line + 1, "*"));
+  std::transform(key.begin(), key.end(), key.begin(), g_ascii_tolower);
+  key.resize(2 * key.size() + 1, '\0'); // room for the second letters of ligatures
+  RM_ACCENTS(key.data());
+  key.resize(strlen(key.c_str()));
+  return key.find_first_not_of(' ') == std::string::npos ? "" : key;
+}
+
+// Reads the line unless its key is known. A line that cannot be sorted ends the program.
+void read_key(int status, Trf_abc_line *entry, FILE *fp) {
+  if (entry->read)
+    return;
+  Trf_line_cursor line(fp);
+  if (!read_entry_line(entry->offset, &line))
+    STOP_PROGRAM(nullptr, status, "MERGE_ABC_FILE error %d \n", status);
+  entry->key = key_of(line.text);
+  entry->read = true;
+}
+
+// Writes the lines in their order.
+//
+// QUIRK doubled sign: each line of the listing gets a "#" more and begins with "##". One would
+// expect the line of the index; it is meant: a line put into a dictionary as it stands borrows its
+// entry from the dictionary that owns it. Tests: DictionaryListing.EachLineBeginsWithTwoSigns,
+// DictionaryListing.ALineOfTheListingPutIntoADictionaryBorrowsItsEntry
+void write_sorted(Listing *listing, FILE *fp) {
+  Trf_line_cursor line(listing->fp);
+  for (int k = 1; k <= listing->nb; k++) {
+    if (!read_entry_line((*listing->posit)[k], &line))
+      STOP_PROGRAM(listing->book->fp_log, 14, "MERTU_DICO error 14 \n");
+    fprintf(fp, "#%s\n", line.text);
+  }
+  fprintf(fp, "%s\n", END_MARK);
+}
+
+// Writes ./mertu_dico.
+void write_listing(Listing *listing) {
+  Trf_book *book = listing->book;
+  FILE *fp = fopen(SORTED_NAME, "w");
+  if (fp == nullptr) {
+    cannot_write(SORTED_NAME, errno, book);
+    return;
+  }
+  write_sorted(listing, fp);
+  bool failed = ferror(fp) != 0;
+  if (fclose(fp) != 0 || failed)
+    cannot_write(SORTED_NAME, errno, book);
+  else
+    LOG_LINE(book->fp_log, "file : %s  done\n", SORTED_NAME);
+}
+
+} // namespace
+
+void MERTU_DICO(Trf_book *book) {
+  if (book->nbt_lesson < 1)
+    return;
+  MEND_FORGOTTEN(book->fp_log);
+  Owned_stream fp = OPEN_STREAM(LISTED_NAME, "w+");
+  if (fp == nullptr) {
+    cannot_write(LISTED_NAME, errno, book);
+    return;
+  }
+  Listing listing = {book, fp.get(), &book->t_posit->posit};
+  begin_positions(&listing);
+  if (list_entries(&listing)) {
+    MERGESORT_ABC_FILE(1, listing.nb, *listing.posit, fp.get());
+    write_listing(&listing);
+  }
+  end_positions(&listing);
+}
+
+void MERGESORT_ABC_FILE(int i0, int i1, long *posit, FILE *fp) {
+  if (i1 <= i0)
+    return;
+  std::vector<Trf_abc_line> store(static_cast<size_t>(i1 - i0) + 1);
+  std::vector<Trf_abc_line *> lines(static_cast<size_t>(i1) + 1);
+  std::vector<Trf_abc_line *> work(lines.size());
+  for (int i = i0; i <= i1; i++) {
+    lines[static_cast<size_t>(i)] = &store[static_cast<size_t>(i - i0)];
+    lines[static_cast<size_t>(i)]->offset = posit[i];
+  }
+  MSORT_ABC_FILE(i0, i1, lines.data(), work.data(), fp);
+  for (int i = i0; i <= i1; i++)
+    posit[i] = lines[static_cast<size_t>(i)]->offset;
+}
+
+void MSORT_ABC_FILE(int i0, int i1, Trf_abc_line **lines, Trf_abc_line **work, FILE *fp) {
+  SORT_HALVES(i0, i1, [lines, work, fp](int left, int mid, int right) {
+    MERGE_ABC_FILE(left, mid, right, lines, work, fp);
+  });
+}
+
+void MERGE_ABC_FILE(int i0, int m, int i1, Trf_abc_line **lines, Trf_abc_line **work, FILE *fp) {
+  MERGE_RUNS(i0, m, i1, lines, work, [fp](Trf_abc_line *left, Trf_abc_line *right) {
+    read_key(13, left, fp);
+    read_key(14, right, fp);
+    return left->key.compare(right->key);
+  });
+}
