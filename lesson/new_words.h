@@ -3,6 +3,8 @@
 #define MERTU_LESSON_NEW_WORDS_H
 
 struct Trf_book;
+struct Trf_recipe;
+struct Trf_side;
 
 // Both gather up to twenty entries from all dictionaries, in the order of the registry, into
 // ./idx2_gene and the book's position table, which is allocated afresh. nb_posit is then the size
@@ -17,5 +19,13 @@ void NEW_WORDS_LESSON(Trf_book *book);
 
 // The entries asked in the other direction but never in the direction of questioning.
 void BALANCE_WORDS(Trf_book *book);
+
+// What both are made of: a lesson of this recipe, sorted in the other direction alone, with its
+// trailer, as told above; the log ends with the recipe's name and " done\n". ss_tag: as in
+// Trf_composition.
+void COMPOSE_AS_FOUND(const Trf_recipe *recipe, const char *ss_tag, Trf_book *book);
+
+// The rule of a recipe for entries never asked in the direction of questioning.
+bool KEEPS_NEVER_ASKED(const Trf_side &asked, const Trf_side &other, int place, long today);
 
 #endif
