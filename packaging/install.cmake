@@ -3,7 +3,7 @@
 #   bin/mertu                  the launcher
 #   lib/mertu/                 the program, the notice window, the scripts that the launcher reads
 #   share/mertu/starter/       the first lessons
-#   share/doc/mertu/           README, docs, licence, changelog
+#   share/doc/mertu/           README, changes, docs, licence
 #   share/man/                 mertu(1), mertu.conf(5), mertu-dictionary(5)
 #   share/applications/, share/metainfo/, share/icons/    the desktop's view of it
 
@@ -31,9 +31,8 @@ install(TARGETS mertu.x mertu-notice.x DESTINATION lib/mertu)
 install(FILES tools/learner-dir.sh tools/launch.sh DESTINATION lib/mertu)
 install(DIRECTORY share/starter DESTINATION share/mertu)
 
-install(FILES README.md DESTINATION share/doc/mertu)
+install(FILES README.md CHANGELOG.md DESTINATION share/doc/mertu)
 install(DIRECTORY docs DESTINATION share/doc/mertu)
-mertu_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog share/doc/mertu)
 mertu_compressed(${MERTU_PACKAGING}/man/mertu.1 mertu.1 share/man/man1)
 mertu_compressed(${MERTU_PACKAGING}/man/mertu.conf.5 mertu.conf.5 share/man/man5)
 mertu_compressed(${MERTU_PACKAGING}/man/mertu-dictionary.5 mertu-dictionary.5 share/man/man5)
@@ -50,7 +49,9 @@ endforeach()
 install(FILES LICENSE DESTINATION share/doc/mertu COMPONENT licence)
 install(FILES packaging/debian/copyright DESTINATION share/doc/mertu
         COMPONENT debian EXCLUDE_FROM_ALL)
-mertu_compressed(${MERTU_PACKAGING}/debian/changelog changelog.Debian share/doc/mertu
+install(FILES packaging/debian/lintian-overrides DESTINATION share/lintian/overrides RENAME mertu
+        COMPONENT debian EXCLUDE_FROM_ALL)
+mertu_compressed(${MERTU_PACKAGING}/debian/changelog changelog share/doc/mertu
                  COMPONENT debian EXCLUDE_FROM_ALL)
 add_custom_target(mertu_compressed ALL DEPENDS ${MERTU_COMPRESSED})
 
@@ -68,7 +69,6 @@ set(CPACK_INSTALL_CMAKE_PROJECTS
     "${PROJECT_BINARY_DIR};Mertu;Unspecified;/" "${PROJECT_BINARY_DIR};Mertu;debian;/")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION education)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

@@ -26,24 +26,27 @@ learner_dir_ready() {
 #   ended   early: before its window stood; no-display: so, because it cannot open the display;
 #           late: its window stood
 #   last    the last line it printed that is not blank, unless the window stood
+# shellcheck disable=SC2034 # they are for the caller
 launch() {
   local said line
   ended=early
   last=
   exec {said}< <(cd -- "$2" && exec "$1" 2>&1)
+  # The program goes on when nobody reads its lines any more.
+  trap '' PIPE
   # The lines are bytes: what is in them may be no text of this locale.
   local LC_ALL=C
   while IFS= read -r line <&"$said" || [ -n "$line" ]; do
-    printf '%s\n' "$line"
+    printf '%s\n' "$line" 2>/dev/null
     [[ $line != *[![:space:]]* ]] || last=$line
     [[ $line != *'annot open display'* ]] || ended=no-display
     if [[ $line == 'Mertu is ready'* ]]; then
       ended=late
-      # The program goes on when nobody reads its lines any more.
       tee -p /dev/null <&"$said"
       break
     fi
   done
+  trap - PIPE
   wait $!
 }
 
