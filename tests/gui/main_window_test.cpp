@@ -432,14 +432,6 @@ TEST(ButtonPlaces, AButtonInsideTheTextIsToldWhereItStandsOnTheScreen) {
                                        std::to_string(y) + " "));
 }
 
-TEST(CommandEntry, TypedTextIsLeftAlone) {
-  Test_window window(TWO_LESSONS());
-  std::vector<std::string> before = window.pane_lines();
-  window.type("!new Qr 12");
-  EXPECT_EQ(window.command(), "!new Qr 12");
-  EXPECT_EQ(window.pane_lines(), before);
-}
-
 TEST(CommandEntry, TakesFiftyCharactersAtMost) {
   Test_window window(TWO_LESSONS());
   window.type(std::string(60, 'a'));

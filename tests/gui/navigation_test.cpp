@@ -156,15 +156,6 @@ TEST_F(QueuedBehindAVerdict, TheWindowMayBeClosed) {
   EXPECT_FALSE(window.alive());
 }
 
-TEST_F(QueuedBehindAVerdict, ACommandMayBeTyped) {
-  gtk_widget_grab_focus(window.book->entry_book);
-  window.queue_keys("2\n");
-  window.handle();
-  EXPECT_EQ(window.command(), "2");
-  EXPECT_EQ(window.book->start_lesson, 3);
-  EXPECT_EQ(window.book->state, 1);
-}
-
 TEST_F(QueuedBehindAVerdict, NextKeepsWhatWaitsBehindItFromTheWindowUntilItIsAnswered) {
   window.dialogs.will_answer(GTK_RESPONSE_NO);
   window.queue_press(window.button("Next"), LEFT);
