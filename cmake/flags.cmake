@@ -13,9 +13,19 @@ if(MERTU_CHECKED)
   target_link_options(mertu_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
-# The program's own code throws nothing and asks no type at run time.
+# The program's own code throws nothing and asks no type at run time. Under the fuzzer the end of
+# the program is thrown, so that what it held is released and the fuzzer goes on.
 add_library(mertu_plain INTERFACE)
-target_compile_options(mertu_plain INTERFACE -fno-exceptions -fno-rtti)
+if(MERTU_FUZZ)
+  target_compile_options(mertu_flags INTERFACE -O1 -g1 -fno-omit-frame-pointer
+                         -fsanitize=address,undefined,fuzzer-no-link -fno-sanitize=vptr
+                         -fno-sanitize-recover=undefined)
+  target_link_options(mertu_flags INTERFACE -fsanitize=address,undefined)
+  target_compile_options(mertu_plain INTERFACE
+                         "SHELL:-include ${PROJECT_SOURCE_DIR}/fuzz/program_end.h")
+else()
+  target_compile_options(mertu_plain INTERFACE -fno-exceptions -fno-rtti)
+endif()
 
 if(MERTU_GUI)
   add_library(mertu_ui_flags INTERFACE)

@@ -26,7 +26,8 @@ find_program(SHELLCHECK shellcheck)
 if(SHELLCHECK)
   file(GLOB scripts CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tools/*
        ${PROJECT_SOURCE_DIR}/tests/tools/*.sh)
-  mertu_script_test(shellcheck ${SHELLCHECK} -S warning -x -P SCRIPTDIR run test .ci/run ${scripts})
+  mertu_script_test(shellcheck ${SHELLCHECK} -S warning -x -P SCRIPTDIR run test .ci/run fuzz/run
+                    fuzz/keep ${scripts})
 endif()
 
 mertu_test(starter util score config db lesson text quiz)
