@@ -146,6 +146,7 @@ void UPDATE_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1) {
   Trf_index_files files;
   OPEN_COPY_OR_STOP(scpy_lesson, &files);
   Trf_classmt old;
+  Freed_classmt freed(&old);
   bool has_old = read_old_index(fp_log, s_idx1, &old);
   OPEN_INDEX_OR_STOP(fp_log, s_idx1, &files);
   int nb = 0;
@@ -153,7 +154,6 @@ void UPDATE_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1) {
             has_old ? &old : nullptr, &nb);
   COMMIT_INDEX_OR_STOP(fp_log, scpy_lesson, s_idx1, &files);
   LOG_LINE(fp_log, "file = %s has been updated \n", s_idx1);
-  FREE_CLASSMT(&old);
 }
 
 void CPY_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson) {

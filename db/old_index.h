@@ -7,6 +7,7 @@
 
 #include <stdio.h>
 
+#include <memory>
 #include <string>
 #include <unordered_map>
 
@@ -32,6 +33,15 @@ void INIT_CLASSMT(FILE *fp_class, FILE *fp_log, const char *s_idx1, Trf_classmt 
 
 // Closes fp_class where it is open and frees the arrays and ss_words; all become null.
 void FREE_CLASSMT(Trf_classmt *trf_classmt);
+
+struct Release_classmt {
+  void operator()(Trf_classmt *trf_classmt) const {
+    FREE_CLASSMT(trf_classmt);
+  }
+};
+
+// What a record holds, freed at the end of a scope.
+using Freed_classmt = std::unique_ptr<Trf_classmt, Release_classmt>;
 
 // Reads the old index from its start and fills nb, nb_tot, order, value, ss_words and lss_words. At
 // most 10000 lines are read in all; a longer file says "index %s is longer than 10000 lines \n" on

@@ -152,6 +152,7 @@ void SYNCHRO_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1, char *s_id
   if (!fp_class)
     stop_without_back_up(fp_log);
   Trf_classmt own, other;
+  Freed_classmt freed_own(&own), freed_other(&other);
   class_words(fp_log, std::move(fp_class), s_idx1, back_up.c_str(), &own);
   class_words(fp_log, mended_other(fp_log, fp_bis.get(), s_idx1_bis), s_idx1_bis, s_idx1_bis,
               &other);
@@ -162,8 +163,6 @@ void SYNCHRO_IDX1_FILE(FILE *fp_log, char *scpy_lesson, char *s_idx1, char *s_id
   COMMIT_INDEX_OR_STOP(fp_log, scpy_lesson, s_idx1, &files);
   LOG_LINE(fp_log, " \n file = %s has been recomputed and synchronized \n", s_idx1);
   LOG_LINE(fp_log, "with file %s \n", s_idx1_bis);
-  FREE_CLASSMT(&own);
-  FREE_CLASSMT(&other);
 }
 
 void SYNCHRO_ALL_DBASE(char *path_synchro, Trf_book *book) {
