@@ -54,7 +54,7 @@ void COMPOSE_AS_FOUND(const Trf_recipe *recipe, const char *ss_tag, Trf_book *bo
   if (!END_COMPOSITION(&composition))
     return;
   LOG_LINE(book->fp_log, "%s done\n", recipe->name);
-  SAY(" Present numb of days since January 1 2001 = %ld \n", composition.today);
+  TRACE(" Present numb of days since January 1 2001 = %ld \n", composition.today);
 }
 
 void NEW_WORDS_LESSON(Trf_book *book) {

@@ -92,14 +92,18 @@ TEST(NewWords, AnEmptyLessonHoldsTheTrailerWithOffsetZero) {
   EXPECT_EQ(desk.table.RQord_posit[1], -1);
 }
 
-TEST(NewWords, TellsTheDay) {
+TEST(NewWords, TracesTheDay) {
   Composed_desk desk;
   desk.write_empty();
   testing::internal::CaptureStdout();
   NEW_WORDS_LESSON(&desk.book);
-  EXPECT_NE(testing::internal::GetCapturedStdout().find(
-                " Present numb of days since January 1 2001 = 3000 \n"),
-            std::string::npos);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  NEW_WORDS_LESSON(&desk.book);
+  EXPECT_THAT(testing::internal::GetCapturedStdout(),
+              testing::HasSubstr(" Present numb of days since January 1 2001 = 3000 \n"));
+  unsetenv("MERTU_TRACE");
 }
 
 TEST(NewWords, LeavesTheLessonNumberAndTheDirectionsAlone) {
