@@ -32,8 +32,20 @@ TEST(StarterFiles, TheHelpPageFitsThePane) {
   std::vector<std::string> lines = lines_of(starter / "mertu_list.txt");
   EXPECT_GE(lines.size(), 20u);
   EXPECT_LE(lines.size(), 190u);
-  for (const std::string &line : lines)
-    EXPECT_LE(line.size(), 100u) << line;
+  std::string before = "x";
+  for (const std::string &line : lines) {
+    EXPECT_LE(line.size(), 100u) << line; // more is cut
+    EXPECT_LE(line.size(), 55u) << line;  // wider than the pane
+    EXPECT_FALSE(before.empty() && line.empty()) << "two blank lines show as one";
+    EXPECT_EQ(line.find_first_of("\\"), std::string::npos) << line;
+    before = line;
+  }
+}
+
+TEST(StarterFiles, TheHelpPageTellsOfSmallLettersAndOfMachinesWithoutSound) {
+  std::string page = bytes_of(starter / "mertu_list.txt");
+  EXPECT_NE(page.find("Write the tags in your dictionaries in small letters"), std::string::npos);
+  EXPECT_NE(page.find("type !sound off"), std::string::npos);
 }
 
 TEST_F(Starter, EveryEntryIsIndexedWithoutAFault) {
