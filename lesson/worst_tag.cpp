@@ -30,7 +30,7 @@ void make_lesson(char *ss_tag, Trf_composition *composition) {
   Trf_book *book = composition->book;
   int sens = composition->sens == 1 ? 1 : 2;
   SORT_BY_SCORE(sens, book);
-  KEEP_TWENTY("WORST_TAG_LESSON", sens, book);
+  KEEP_TWENTY(composition->recipe->name, sens, book);
   Trf_side side = SIDE_OF_TABLE(sens, book->t_posit);
   long err_sup = side.cum_err[side.ord[1]];
   long err_min = side.cum_err[side.ord[book->t_posit->nb_posit]];

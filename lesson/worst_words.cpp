@@ -73,7 +73,7 @@ bool keep_the_worst(int code_worst, Trf_composition *composition) {
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON before limit number nb_words=%d sens_qr=%d  \n",
            nb_words, sens);
   VERIF_LESSON(book->fp_gene, book);
-  KEEP_TWENTY("WORST_WORDS_LESSON", sens, book);
+  KEEP_TWENTY(composition->recipe->name, sens, book);
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON after limit number sens_qr=%d  \n", sens);
   VERIF_LESSON(book->fp_gene, book);
   return true;

@@ -188,6 +188,15 @@ TEST(WorstTag, TheOtherOrderingIsSortedByTheScoresBesideIt) {
   EXPECT_EQ(desk.ranking(2), BOTH(DOWN("w", 20, 2), {"w21"}));
 }
 
+TEST(WorstTag, ALessonFileThatCannotBeWrittenMakesAnEmptyLesson) {
+  Tag_desk desk;
+  desk.dir.write("idx2_gene/x", "");
+  desk.words("one.txt", verbs("a", 1, 3));
+  desk.lesson(VERBS);
+  EXPECT_EQ(desk.table.nb_posit, 0);
+  EXPECT_EQ(desk.log(), "WORST_TAG_LESSON cannot open file ./idx2_gene \n");
+}
+
 TEST(WorstTag, ADamagedLineIsLogged) {
   Tag_desk desk;
   std::string damaged = HISTORY(0, 5, 0, 2000);
