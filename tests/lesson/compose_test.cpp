@@ -1,6 +1,7 @@
 // The loop of the composed lessons: which dictionaries, which lines, the table, the ends.
 #include "lesson/compose.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -284,14 +285,23 @@ TEST(Compose, ADamagedLineIsLoggedAndItsCorrectedValuesCount) {
   EXPECT_EQ(desk.table.RQcum_nok[1], 0);
 }
 
+int nb_open_files() {
+  int nb = 0;
+  for (int fd = 0; fd < 200; fd++)
+    nb += fcntl(fd, F_GETFD) != -1 ? 1 : 0;
+  return nb;
+}
+
 TEST(Compose, StreamsLeftOpenAreClosedAndNoneIsLeft) {
   Composed_desk desk;
   desk.write_empty();
+  int nb_before = nb_open_files();
   desk.book.fp_gene = fopen("idx1_gene", "w");
   desk.book.fp_idx1 = fopen("IDX1/idx1_one.txt", "r");
   composed(&ALL, &desk);
   EXPECT_EQ(desk.book.fp_gene, nullptr);
   EXPECT_EQ(desk.book.fp_idx1, nullptr);
+  EXPECT_EQ(nb_open_files(), nb_before);
 }
 
 TEST(Compose, AForgottenRecordIsMendedFirst) {
@@ -337,6 +347,16 @@ TEST(Compose, IsRefusedWhereTheGeneratedFileCannotBeWrittenWhole) {
   }
 }
 
+TEST(Compose, IsRefusedWhereAFaultOfTheGeneratedFileCameBeforeItsEnd) {
+  Composed_desk desk;
+  desk.write_empty();
+  Trf_composition composition(&ALL, nullptr, &desk.book);
+  ASSERT_TRUE(BEGIN_COMPOSITION(&composition));
+  EXPECT_EQ(fgetc(desk.book.fp_gene), EOF); // a file for writing: leaves the stream faulty
+  EXPECT_FALSE(END_COMPOSITION(&composition));
+  expect_refused(desk);
+}
+
 TEST(Compose, AFileOpenedForReadingToCanBeReadMeanwhile) {
   Composed_desk desk;
   desk.write_empty();
@@ -373,6 +393,7 @@ TEST(Compose, ACompletionSeesEachCandidateInTheSparePlaceAndSelectsNothing) {
   for (int k = 2; k <= 3; k++)
     VISIT_DICTIONARY(k, &rest);
   EXPECT_EQ(seen, (std::vector<std::string>{"second ", "third "}));
+  EXPECT_EQ(rest.nb, 0);
   EXPECT_EQ(desk.table.nb_posit, 1);
   EXPECT_EQ(desk.gene(), gene);
 }
@@ -408,6 +429,15 @@ TEST(Compose, ANameBehindAnEntryWithoutTheTagIsMetThoughALineIsMissing) {
                       RECORD_OF("end", NEVER(), "", "") + TRAILER());
   composed(&ALL, &desk, " verbs ");
   EXPECT_EQ(desk.questions(), (std::vector<std::string>{"a ", "b "}));
+}
+
+TEST(Compose, TheEndOfTheFileIsMetBehindAnEntryWithoutTheTag) {
+  Composed_desk desk;
+  desk.write_empty();
+  desk.write_idx1("one.txt", RECORD_OF("bare", NEVER(), "", "") + "END_OF_FILE\r\n" +
+                                 RECORD_OF("behind", NEVER(), NEVER(), " verbs") + TRAILER());
+  composed(&ALL, &desk, " verbs ");
+  EXPECT_EQ(desk.questions(), std::vector<std::string>{});
 }
 
 TEST(Compose, HistoriesOfEntriesWithoutTheTagAreNotChecked) {
