@@ -9,8 +9,11 @@ packages_for() {
       libsndfile1-dev fonts-dejavu-core ;;
     tests) printf '%s\n' libgtest-dev libgmock-dev libxtst-dev xvfb xauth ;;
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
+    validators) printf '%s\n' desktop-file-utils appstream mandoc man-db dpkg-dev file lintian ;;
+    pictures) printf '%s\n' pngquant optipng ;;
     sounds) printf '%s\n' espeak-ng sox libsox-fmt-base ;;
     icons) printf '%s\n' librsvg2-bin ;;
+    fresh-machine) printf '%s\n' debootstrap git ;;
     *)
       printf 'packages_for: no purpose is called %s\n' "$1" >&2
       return 1
