@@ -152,6 +152,13 @@ TEST_F(Reports, LongHelpPageShowsTwoHundredLines) {
   EXPECT_EQ(book->nb_line, 200);
 }
 
+TEST_F(Reports, TenThousandLinesOfTheHelpPageAreRead) {
+  testing::internal::CaptureStdout(); // the blank lines that are dropped are told
+  std::vector<std::string> shown = help(std::string(9999, '\n') + "last\nover\n");
+  testing::internal::GetCapturedStdout();
+  EXPECT_THAT(shown, ElementsAre("  ", "last"));
+}
+
 TEST_F(Reports, MissingHelpPageIsToldInThePane) {
   std::filesystem::remove("mertu_list.txt");
   int step = book->start_lesson;
@@ -194,4 +201,21 @@ TEST_F(Reports, TypedCommandsGiveTheReports) {
   for (int i = 0; i < 2; i++)
     window.press(book->Button1, LEFT);
   EXPECT_THAT(window.pane_lines(), Contains("2  words in lesson  1 mn=-1 mx=-1"));
+}
+
+TEST_F(Reports, TagWithACapitalIsListedButNeverFound) {
+  Test_window other({{"mertu.conf", CONFIGURATION({"a.txt"})},
+                     {"a.txt", "!# aa\n# le pain * Food\nQ> le pain\nR> bread\n"
+                               "# le lait * food drink\nQ> le lait\nR> milk\n"}});
+  other.type("!ltag");
+  EXPECT_THAT(other.pane_lines(), ElementsAre("Food nb=1  QR=0  RQ=0", "drink nb=1  QR=0  RQ=0",
+                                              "food nb=1  QR=0  RQ=0"));
+  for (const char *typed : {"!ntag Food", "!ntag food", "!ntag food drink"}) {
+    other.type(typed);
+    EXPECT_THAT(other.pane_lines(), Contains("Confirm display of lesson 0")) << typed;
+    EXPECT_THAT(other.dir().read("idx2_gene"), HasSubstr("#le lait ")) << typed;
+    EXPECT_THAT(other.dir().read("idx2_gene"), Not(HasSubstr("#le pain "))) << typed;
+  }
+  other.type("!ntag drink food");
+  EXPECT_THAT(other.pane_lines(), Not(Contains("Confirm display of lesson 0")));
 }
