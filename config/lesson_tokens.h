@@ -5,6 +5,7 @@
 #include <stddef.h>
 
 #include <string>
+#include <vector>
 
 // The range of a name such as "le1->3.txt": the digits just before and just behind the first "->".
 struct Trf_range {
@@ -21,6 +22,12 @@ bool FIND_RANGE(const char *name, Trf_range *range);
 
 // Returns the name with the text of its range replaced by value in decimal.
 std::string RANGE_REPLACED(const std::string &name, const Trf_range &range, long value);
+
+// The values of a range, in ascending order, whose names may open: those that a file beside them
+// begins with, and always n1. A range may be as wide as an int is, and a name may hold several;
+// every value that is left out stands for names that do not open.
+// name: the path as it is opened; range: its first range, the offsets those in name.
+std::vector<long> VALUES_TO_TRY(const std::string &name, const Trf_range &range);
 
 // Cuts the next token of a line of dictionaries: blanks are skipped, and a token is the longest
 // run of word characters (SPE_ALPHA_NUM) and of '-', '>', '<', ':', '_', '.', '\' and '/'.

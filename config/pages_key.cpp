@@ -54,7 +54,11 @@ void store_range(const std::string &token, int *n_pages, Trf_string *G_dico) {
   long n1 = 0;
   long n2 = 0;
   EXTRACT_2NB(token.c_str(), &n1, &n2);
-  for (long value = n1; value <= n2; value++) {
+  Trf_range range = {};
+  if (n2 < n1 || !FIND_RANGE(token.c_str(), &range))
+    return;
+  // A further range stands in the name as it is.
+  for (long value : VALUES_TO_TRY(token.substr(0, range.end), range)) {
     Owned_text name(CASE_ARROW(token.c_str(), value));
     if (FILE_OPENS(name.get()))
       store_name(value == n1 ? name.get() : NAME_OF_TOKEN(name.get()), n_pages, G_dico);

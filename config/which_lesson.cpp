@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "config/config_values.h"
 #include "config/lesson_tokens.h"
@@ -70,6 +71,17 @@ bool add_line(const char *line, Trf_string *G_dico) {
   }
 }
 
+// The values of the range of a name that need be looked at, from n1 on.
+std::vector<long> values_in_order(const char *s_path, const char *s_file, Trf_range range) {
+  size_t length = strlen(s_path);
+  range.begin += length;
+  range.end += length;
+  std::vector<long> values = VALUES_TO_TRY(std::string(s_path) + s_file, range);
+  if (range.n2 < range.n1)
+    std::reverse(values.begin(), values.end());
+  return values;
+}
+
 // The lessons that one word of a list stands for.
 long long lessons_of_word(const std::string &word) {
   Trf_range range;
@@ -117,8 +129,7 @@ void RECUR_EXTR_ARROW(const char *s_path, const char *s_file, int *nb_found, Trf
   }
   if (!range.both_given)
     STOP_PROGRAM(nullptr, 13, "RECUR_EXTR_ARROW error 13 for s_file =%s \n", s_file);
-  long step = range.n2 < range.n1 ? -1 : 1;
-  for (long value = range.n1; value != range.n2 + step; value += step)
+  for (long value : values_in_order(s_path, s_file, range))
     RECUR_EXTR_ARROW(s_path, RANGE_REPLACED(s_file, range, value).c_str(), nb_found, G_dico);
 }
 

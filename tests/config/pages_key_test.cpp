@@ -78,6 +78,13 @@ TEST(PagesKey, OnlyTheFirstNameOfARangeKeepsItsDirectory) {
   EXPECT_EQ(reading.registry.nb_lesson, 3);
 }
 
+TEST(PagesKey, ARangeOfAnyWidthIsReadAtOnce) {
+  Trf_reading reading({"words/le3", "words/le2147483647", "words/le12->9", "d2/voc", "le5"});
+  EXPECT_EQ(reading.read("Pages :>",
+                         "words/le3->2147483647 words/le1->999999999->9 d1->888888888/voc\n<:\n"),
+            "words/le3 le2147483647 le12->9 voc ");
+}
+
 TEST(PagesKey, WhereTheFirstFileOfARangeIsMissingNoNameHasADirectory) {
   Trf_reading reading({"d/le2.txt", "d/le3.txt"});
   EXPECT_EQ(reading.read("Pages :> d/le1->3.txt <:"), "le2.txt le3.txt ");

@@ -51,6 +51,35 @@ TEST(WhichLesson, LaterFilesOfATokenArePackedBehindTheFirst) {
   EXPECT_EQ(reading.registry.nb_lesson, 4);
 }
 
+TEST(WhichLesson, ARangeOfAnyWidthIsReadAtOnce) {
+  Trf_reading reading({"lessons/le7.txt", "lessons/le2147483647.txt", "lessons/le08.txt",
+                       "lessons/le99999999999.txt", "lessons/le", "lessons/le6.tx"});
+  EXPECT_EQ(reading.read("lessons/le0->2147483647.txt\n<:\n"),
+            "lessons/le7.txt &/le2147483647.txt");
+  EXPECT_EQ(reading.read("lessons/le2147483647->1.txt missing/le1->2147483647\n<:\n"),
+            "lessons/le2147483647.txt &/le7.txt");
+}
+
+TEST(WhichLesson, ANameOfManyRangesIsReadAtOnce) {
+  Trf_reading reading({"1a2b3c4d5e6f7g8h9i1j2", "1a2b3c4d5e6f7g8h9i1j3", "1a2b4c"});
+  EXPECT_EQ(
+      reading.read("1->9a1->9b1->9c1->9d1->9e1->9f1->9g1->9h1->9i1->9j9->1\nx1->9->9->9->9->9->9->"
+                   "9->9->9->9->9->9->9->9->9->9->9->9->9->9\n<:\n"),
+      "./1a2b3c4d5e6f7g8h9i1j3 &/1a2b3c4d5e6f7g8h9i1j2");
+}
+
+TEST(WhichLesson, RangesInARowAreReadFromTheLeft) {
+  Trf_reading reading({"le1", "le2", "le3"});
+  // 1 gives 1->2, 2 gives 2->2, 3 gives 3->2.
+  EXPECT_EQ(reading.read("le1->3->2\n<:\n"), "./le1 &/le2 &/le2 &/le3 &/le2");
+}
+
+TEST(WhichLesson, AFaultBehindAWideRangeIsTold) {
+  Trf_reading reading({"le5"});
+  ENDS_WITH_STATUS(reading.read("le1->2000000000x->\n<:\n"), 13,
+                   "RECUR_EXTR_ARROW error 13 for s_file =le1x-> ");
+}
+
 TEST(WhichLesson, AMissingFileIsLeftOutAndTheNumbersShift) {
   Trf_reading reading({"lessons/le1.txt", "lessons/le3.txt", "other/voc.txt"});
   EXPECT_EQ(reading.read("lessons/le1->3.txt  other/voc.txt\n<:\n"),
