@@ -10,6 +10,7 @@ packages_for() {
     tests) printf '%s\n' libgtest-dev libgmock-dev libxtst-dev xvfb xauth ;;
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
     validators) printf '%s\n' desktop-file-utils appstream mandoc man-db dpkg-dev file lintian ;;
+    bench) printf "%s\n" libbenchmark-dev ;;
     pictures) printf '%s\n' pngquant optipng ;;
     sounds) printf '%s\n' espeak-ng sox libsox-fmt-base ;;
     icons) printf '%s\n' librsvg2-bin ;;
