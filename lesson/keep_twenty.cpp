@@ -77,7 +77,7 @@ void KEEP_TWENTY(const char *who, int sens, Trf_book *book) {
 }
 
 void KEEP_NB_POSIT(int nb_before, Trf_posit *t_posit) {
-  GROW_POSIT(nb_before + 1, t_posit);
+  ALLOCATE_POSIT(std::max(COMPOSED_CAPACITY, nb_before + 1), t_posit);
   t_posit->nb_posit = nb_before;
 }
 

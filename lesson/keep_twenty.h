@@ -27,7 +27,7 @@ struct Trf_posit;
 void KEEP_TWENTY(const char *who, int sens, Trf_book *book);
 
 // A collection that found nothing leaves the number of entries as it was: nb_posit becomes
-// nb_before (0 or more), and the table, just allocated, holds as many entries, all of them 0.
+// nb_before (0 or more), and the table, allocated afresh, holds as many entries, all of them 0.
 void KEEP_NB_POSIT(int nb_before, Trf_posit *t_posit);
 
 // The rank that a candidate takes among nb_words ranks, or 0 where it is not ahead of the last

@@ -131,6 +131,7 @@ TEST(KeepTwenty, AnyShuffleLeavesTheFirstTwentyInTheirRanks) {
 TEST(KeepTwenty, ACollectionOfNothingLeavesTheNumberOfEntriesAndATableThatHoldsThem) {
   Keep_desk desk(0);
   ALLOCATE_POSIT(25, &desk.table);
+  desk.fill(1); // an entry that was looked at and rejected
   KEEP_NB_POSIT(0, &desk.table);
   EXPECT_EQ(desk.table.nb_posit, 0);
   EXPECT_EQ(desk.table.nbmx_posit, 25);
@@ -138,6 +139,11 @@ TEST(KeepTwenty, ACollectionOfNothingLeavesTheNumberOfEntriesAndATableThatHoldsT
   EXPECT_EQ(desk.table.nb_posit, 200);
   EXPECT_GT(desk.table.nbmx_posit, 200);
   EXPECT_EQ(desk.table.QRord_posit[201], 0);
+  desk.fill(1);
+  KEEP_NB_POSIT(3, &desk.table);
+  EXPECT_EQ(desk.table.nb_posit, 3);
+  EXPECT_EQ(desk.table.QRcum_nok[1], 0);
+  EXPECT_EQ(desk.table.RQord_posit[1], 0);
 }
 
 // The rank by walking from the top.
