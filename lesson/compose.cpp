@@ -228,10 +228,15 @@ void SORT_BY_SCORE(int sens, Trf_book *book) {
   MERGESORT(1, book->t_posit->nb_posit, side.ord, side.cum_err);
 }
 
+bool WRITE_OUT(Trf_composition *composition) {
+  FILE *fp_gene = composition->book->fp_gene;
+  return fflush(fp_gene) == 0 && ferror(fp_gene) == 0;
+}
+
 bool END_COMPOSITION(Trf_composition *composition) {
   Trf_book *book = composition->book;
   mark_ends(book->t_posit);
-  bool whole = ferror(book->fp_gene) == 0;
+  bool whole = WRITE_OUT(composition);
   if (fclose(book->fp_gene) != 0)
     whole = false;
   book->fp_gene = nullptr;

@@ -111,6 +111,11 @@ void SCORE_ENTRIES(Trf_composition *composition);
 // Sorts the ordering of direction sens (1 Q->R, else R->Q), ranks 1 to nb_posit, by score.
 void SORT_BY_SCORE(int sens, Trf_book *book);
 
+// Writes out what ./idx2_gene holds so far, so that its records can be read back. Returns false
+// where it could not be written whole: there is nothing to look at then, and END_COMPOSITION
+// refuses it.
+bool WRITE_OUT(Trf_composition *composition);
+
 // Ends the composition: -1 behind both orderings, ./idx2_gene closed, the book's fp_gene null.
 // Returns false where the file could not be written whole: told as BEGIN_COMPOSITION does, and the
 // lesson is empty.

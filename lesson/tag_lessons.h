@@ -20,7 +20,9 @@ void NEW_TAG_LESSON(char *ss_tag, Trf_book *book);
 // scores of the current direction, among those asked in it but not today.
 //   book   a direction that waits (toggle_sens_qr) becomes the current one first. t_posit holds
 //          the lesson, -1 at nb_posit + 1 of both orderings; where no entry counts, nb_posit is as
-//          it was. ilesson is left alone; fp_gene and fp_idx1 are null afterwards.
+//          it was. ilesson is left alone; fp_gene and fp_idx1 are null afterwards. Where
+//          "./idx2_gene" cannot be opened or written whole, the lesson is empty (told as
+//          BEGIN_COMPOSITION does, lesson/compose.h).
 // A single entry is neither sorted, completed nor verified. "./idx2_gene" has no trailer.
 // Ends of the program: 1, 2, 3 as the walk over an idx1 file (db/idx1_walk.h); 11 as KEEP_TWENTY;
 // as VERIF_LESSON does.

@@ -52,14 +52,24 @@ void rank_by_keys(const Trf_worst_rule &rule, Trf_composition *composition) {
   MERGESORT_3ERR(1, nb, side.ord, key[1].data(), key[2].data(), key[3].data());
 }
 
+// Compares the table with the files. False where the lesson file cannot be written whole: the
+// lesson is then refused in the end, and its cut record would only look like a damaged one.
+bool verify(Trf_composition *composition) {
+  if (!WRITE_OUT(composition))
+    return false;
+  VERIF_LESSON(composition->book->fp_gene, composition->book);
+  return true;
+}
+
 // The entries collected, ranked and cut down to twenty. False where the code is unknown: then all
-// of them stay, as they were collected.
+// of them stay, as they were collected; and where the lesson file cannot be written whole.
 bool keep_the_worst(int code_worst, Trf_composition *composition) {
   Trf_book *book = composition->book;
   int sens = composition->sens;
   int nb_words = book->t_posit->nb_posit;
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON before MERGESORT_3ERR sens_qr=%d  \n", sens);
-  VERIF_LESSON(book->fp_gene, book);
+  if (!verify(composition))
+    return false;
   memory.bound = WORST_BOUND(nb_words, SIDE_OF_TABLE(sens, book->t_posit));
   // QUIRK unknown code: every entry collected stays, also beyond twenty, unranked and in the order
   // of the files. A reader would expect no lesson at all, or twenty entries. It is meant: without
@@ -72,20 +82,20 @@ bool keep_the_worst(int code_worst, Trf_composition *composition) {
   rank_by_keys({code_worst, composition->today, memory.bound}, composition);
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON before limit number nb_words=%d sens_qr=%d  \n",
            nb_words, sens);
-  VERIF_LESSON(book->fp_gene, book);
+  if (!verify(composition))
+    return false;
   KEEP_TWENTY(composition->recipe->name, sens, book);
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON after limit number sens_qr=%d  \n", sens);
-  VERIF_LESSON(book->fp_gene, book);
-  return true;
+  return verify(composition);
 }
 
-void complete(int code_worst, Trf_composition *composition) {
+bool complete(int code_worst, Trf_composition *composition) {
   Trf_book *book = composition->book;
   if (composition->nb_begun < book->nbt_lesson)
     COMPLETE_WORST_LESSON(code_worst, composition->nb_begun, book->fp_gene, book);
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON after COMPLETE_WORST_LESSON sens_qr=%d  \n",
            composition->sens);
-  VERIF_LESSON(book->fp_gene, book);
+  return verify(composition);
 }
 
 // QUIRK by score in the end: whatever the code, the lesson is drilled from the highest score down,
@@ -108,11 +118,12 @@ void make_lesson(int code_worst, Trf_composition *composition) {
   Trf_side side = SIDE_OF_TABLE(composition->sens, book->t_posit);
   long err_sup = side.cum_err[side.ord[1]];
   long err_min = side.cum_err[side.ord[book->t_posit->nb_posit]];
-  complete(code_worst, composition);
+  if (!complete(code_worst, composition))
+    return;
   order_by_score(code_worst, composition);
   LOG_LINE(book->fp_log, "WORST_WORDS_LESSON sens_qr=%d err_sup=%ld err_min=%ld \n",
            composition->sens, err_sup, err_min);
-  VERIF_LESSON(book->fp_gene, book);
+  verify(composition);
 }
 
 } // namespace

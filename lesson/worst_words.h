@@ -15,7 +15,8 @@ struct Trf_book;
 //                says "WORST_WORD_LESSON code %d is unknown \n".
 //   book         ilesson becomes 0; t_posit holds the lesson, -1 at nb_posit + 1 of both
 //                orderings; where no entry counts, nb_posit is as it was. fp_gene and fp_idx1 are
-//                null afterwards.
+//                null afterwards. Where "./idx2_gene" cannot be opened or written whole, the
+//                lesson is empty (told as BEGIN_COMPOSITION does, lesson/compose.h).
 // The ordering of the current direction ends sorted by score (entries of equal scores as the code
 // ranks them), that of the other direction likewise by the score noted there. "./idx2_gene" has no
 // trailer.

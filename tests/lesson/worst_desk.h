@@ -4,6 +4,9 @@
 
 #include "support/prelude.h"
 
+#include <signal.h>
+#include <sys/resource.h>
+
 #include "lesson/desk.h"
 
 // The present day of a desk.
@@ -48,6 +51,21 @@ inline std::vector<std::string> BOTH(std::vector<std::string> first,
   first.insert(first.end(), second.begin(), second.end());
   return first;
 }
+
+// While it lives, no file grows beyond so many bytes, as on a full disk.
+struct File_limit {
+  rlimit before = {};
+  explicit File_limit(rlim_t nb_bytes) {
+    signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit limit = {nb_bytes, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~File_limit() {
+    setrlimit(RLIMIT_FSIZE, &before);
+    signal(SIGXFSZ, SIG_DFL);
+  }
+};
 
 // Three dictionaries without a word, asked Q->R. The weights are such that a score grows by one
 // with each miss and hardly at all with age.

@@ -292,6 +292,38 @@ TEST(WorstWords, ALessonFileThatCannotBeWrittenMakesAnEmptyLesson) {
   desk.expect_ended();
 }
 
+// Cut in the middle of a record, in its name line, in its path or in its offset.
+TEST(WorstWords, ALessonFileThatCannotBeWrittenWholeMakesAnEmptyLesson) {
+  for (rlim_t limit = 4200; limit < 4250; limit += 7) {
+    Worst_desk desk;
+    desk.words("one.txt", MISSED("a", 1, 200));
+    {
+      File_limit full(limit);
+      WORST_WORDS_LESSON(1, &desk.book);
+    }
+    EXPECT_EQ(desk.table.nb_posit, 0);
+    EXPECT_EQ(desk.log(), "enter WORST_WORDS_LESSON  code_worst=1 \n"
+                          "WORST_WORDS_LESSON before MERGESORT_3ERR sens_qr=1  \n"
+                          "WORST_WORDS_LESSON cannot open file ./idx2_gene \n");
+    desk.expect_ended();
+  }
+}
+
+TEST(WorstWords, ARecordOfTheSearchThatCannotBeWrittenMakesAnEmptyLesson) {
+  Worst_desk desk;
+  desk.words("one.txt", MISSED("a", 1, 20));
+  desk.words("two.txt", MISSED("b", 21, 200));
+  {
+    File_limit full(4200);
+    WORST_WORDS_LESSON(1, &desk.book);
+  }
+  EXPECT_EQ(desk.table.nb_posit, 0);
+  std::string end = "WORST_WORDS_LESSON after COMPLETE_WORST_LESSON sens_qr=1  \n"
+                    "WORST_WORDS_LESSON cannot open file ./idx2_gene \n";
+  EXPECT_EQ(desk.log().substr(desk.log().size() - end.size()), end);
+  desk.expect_ended();
+}
+
 TEST(WorstWords, ADamagedLineIsLoggedAndUsedAsCorrected) {
   Worst_desk desk;
   std::string damaged = HISTORY(0, 5, 0, 2000);
