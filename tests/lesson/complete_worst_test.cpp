@@ -48,6 +48,14 @@ TEST(CompleteWorst, LooksThroughAllDictionariesThatAreLeft) {
   EXPECT_EQ(desk.lesson(1), BOTH({"c61", "b60"}, DOWN("a", 49, 32)));
 }
 
+TEST(CompleteWorst, ADictionaryRegisteredTwiceIsSearchedOnce) {
+  Rest_desk desk(MISSED("b", 60, 60) + "##x *a1 10 * \r\n");
+  desk.set_list("words/one.txt &/two.txt &/two.txt ", 3);
+  g_free(desk.registry.st_alias);
+  desk.registry.st_alias = g_strdup(" a1 b2 b2 ");
+  EXPECT_EQ(desk.lesson(1), BOTH({"b60"}, DOWN("a", 49, 31)));
+}
+
 TEST(CompleteWorst, TheRecordIsAppendedAndTheStorageTakesOver) {
   Rest_desk desk(WORD("b", HISTORY(2, 60, 2001, 2002), HISTORY(3, 4, 2003, 2004)));
   desk.lesson(1);
@@ -98,8 +106,8 @@ TEST(CompleteWorst, TheBoundCountsThoseThatDidNotStay) {
   Worst_desk desk;
   desk.words("one.txt", MISSED("a", 1, 20) + MISSED("a", 500, 500));
   WORST_WORDS_LESSON(5, &desk.book);
-  // 510 is the bound: an entry of 300 answers is a candidate, and counted as one.
-  desk.write_idx1("two.txt", MISSED("b", 300, 300) + MISSED("b", 600, 600) + "#x *a1 10 * \r\n");
+  // 510 is the bound: an entry of 509 answers is a candidate, and counted as one.
+  desk.write_idx1("two.txt", MISSED("b", 509, 511) + "#x *a1 10 * \r\n");
   FILE *fp_gene = fopen("idx2_gene", "a");
   ENDS_WITH_STATUS(COMPLETE_WORST_LESSON(5, 1, fp_gene, &desk.book), 2, "values icont=2 stop ");
   fclose(fp_gene);

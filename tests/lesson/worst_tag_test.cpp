@@ -197,6 +197,20 @@ TEST(WorstTag, ALessonFileThatCannotBeWrittenMakesAnEmptyLesson) {
   EXPECT_EQ(desk.log(), "WORST_TAG_LESSON cannot open file ./idx2_gene \n");
 }
 
+TEST(WorstTag, ALessonFileThatCannotBeWrittenWholeMakesAnEmptyLesson) {
+  for (rlim_t limit = 4200; limit < 4250; limit += 7) {
+    Tag_desk desk;
+    desk.words("one.txt", verbs("a", 1, 200));
+    {
+      File_limit full(limit);
+      desk.lesson(VERBS);
+    }
+    EXPECT_EQ(desk.table.nb_posit, 0);
+    EXPECT_NE(desk.log().find("WORST_TAG_LESSON cannot open file ./idx2_gene \n"),
+              std::string::npos);
+  }
+}
+
 TEST(WorstTag, ADamagedLineIsLogged) {
   Tag_desk desk;
   std::string damaged = HISTORY(0, 5, 0, 2000);
@@ -305,6 +319,55 @@ TEST(CompleteTag, SearchesOnlyTheDictionariesAfterTheOneGiven) {
   desk.words("three.txt", verbs("c", 98, 98) + MISSED("d", 97, 97));
   desk.complete(VERBS, 2);
   EXPECT_EQ(desk.ranking(1), BOTH({"c98"}, DOWN("a", 20, 2)));
+}
+
+TEST(CompleteTag, ResponseToQuestionPutsTheCandidateIntoItsOwnOrdering) {
+  Tag_desk desk;
+  desk.book.sens_qr = 2;
+  std::string records;
+  for (int i = 1; i <= 20; i++)
+    records += WORD("a" + std::to_string(i), NEVER(), HISTORY(0, i, 0, 2000), "verbs");
+  desk.words("one.txt", records);
+  desk.words("two.txt", WORD("b", HISTORY(0, 7, 0, 2000), HISTORY(0, 30, 0, 2000), "verbs") +
+                            WORD("c", HISTORY(0, 90, 0, 2000), NEVER(), "verbs"));
+  desk.lesson(VERBS);
+  EXPECT_EQ(desk.ranking(2), BOTH({"b"}, DOWN("a", 20, 2)));
+  EXPECT_EQ(desk.table.RQcum_err[1], SCORE_OF_MISSES(30));
+  EXPECT_EQ(desk.table.QRcum_err[1], -1);
+}
+
+// How often a text stands in another.
+int nb_found(const std::string &text, const std::string &in) {
+  int nb = 0;
+  for (size_t at = in.find(text); at != std::string::npos; at = in.find(text, at + 1))
+    nb++;
+  return nb;
+}
+
+TEST(CompleteTag, TheRankingIsListedAsTraceBeforeEachAdmittedCandidate) {
+  Tag_desk desk;
+  desk.words("one.txt", verbs("a", 30, 49));
+  desk.words("two.txt", verbs("b", 60, 60) + verbs("c", 2, 9) + verbs("d", 55, 55));
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  desk.lesson(VERBS);
+  fflush(stdout);
+  unsetenv("MERTU_TRACE");
+  std::string trace = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(nb_found("SORT_COMPLETE err_sup=", trace), 2);
+  EXPECT_EQ(nb_found("SORT_COMPLETE err_sup=68 err_min=49 nb_words=20 \n", trace), 1);
+  EXPECT_EQ(nb_found("SORT_COMPLETE err_sup=79 err_min=50 nb_words=20 \n", trace), 1);
+}
+
+TEST(CompleteTag, ADictionaryRegisteredTwiceIsSearchedOnce) {
+  Tag_desk desk;
+  desk.set_list("words/one.txt &/two.txt &/two.txt ", 3);
+  g_free(desk.registry.st_alias);
+  desk.registry.st_alias = g_strdup(" a1 b2 b2 ");
+  desk.words("one.txt", verbs("a", 1, 20));
+  desk.words("two.txt", verbs("b", 60, 60) + "##x *a1 10 * verbs\r\n");
+  desk.lesson(VERBS);
+  EXPECT_EQ(desk.ranking(1), BOTH({"b60"}, DOWN("a", 20, 2)));
 }
 
 std::string sort_complete_output(Trf_posit *table, Trf_book *book) {
