@@ -72,6 +72,12 @@ std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, lon
 // index takes for a double line. A reader would expect the mark to be left out. It is meant: the
 // text is the name as it stands, and the learner wrote no name.
 // Test: Idx1Dico.ALaterNameThatBeginsWithTheMarkIsNotFoundAgain
+//
+// QUIRK star in a later name: a '*' in a text that names its entry stands in the name line before
+// the one that goes with the alias. Readers take the first '*': the question ends there, and what
+// follows is no alias, so that the program ends when the entry is asked. A reader would expect the
+// '*' to be left out. It is meant: a '*' ends a name wherever one is written, and the text is the
+// name as it stands. Test: NameLine.AStarInALaterNameIsTakenForTheOneBeforeTheAlias
 std::string NAME_LINE_OF_TEXT(const std::string &text, const char *s_alias, long offset) {
   std::string name = decoded(text);
   name.resize(std::min(name.find_first_of(",;"), std::min(name.size(), MAX_NONAME_TEXT)));

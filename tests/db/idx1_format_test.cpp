@@ -83,6 +83,16 @@ TEST(NameLine, OneLeadingBlankOfATextIsKept) {
   EXPECT_EQ(NAME_LINE_OF_TEXT("   bon   jour ", "fr1", 7), "# bon jour *fr1 7 *");
 }
 
+TEST(NameLine, AStarInALaterNameIsTakenForTheOneBeforeTheAlias) {
+  std::string line = NAME_LINE_OF_TEXT("2 * 3", "fr1", 7);
+  EXPECT_EQ(line, "#2 * 3 *fr1 7 *");
+  EXPECT_EQ(QUESTION_OF_NAME_LINE(line), "2 ");
+  char s_alias[MAX_ALIAS + 1];
+  long offset = 0;
+  SPLIT_NAME_LINE(line.c_str(), s_alias, &offset, nullptr);
+  EXPECT_STREQ(s_alias, "");
+}
+
 TEST(NameLine, TheQuestionEndsAtTheFirstStar) {
   EXPECT_EQ(QUESTION_OF_NAME_LINE("#la maison *fr1 1234 * the house "), "la maison ");
   EXPECT_EQ(QUESTION_OF_NAME_LINE("#no star"), "no star");
