@@ -188,13 +188,31 @@ std::string Program::output() const {
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-bool Program::close_window() {
+unsigned long Program::wait_for_window() {
   Connection display = connection();
   Window window = None;
   wait_for([&] {
     window = window_of(display.get(), pid_);
     return window != None || !running();
   });
+  return window;
+}
+
+std::string Program::window_class() {
+  Window window = wait_for_window();
+  Connection display = connection();
+  XClassHint hint = {};
+  if (window == None || XGetClassHint(display.get(), window, &hint) == 0)
+    return "";
+  std::string window_class = hint.res_class;
+  XFree(hint.res_name);
+  XFree(hint.res_class);
+  return window_class;
+}
+
+bool Program::close_window() {
+  Window window = wait_for_window();
+  Connection display = connection();
   if (window != None)
     ask_to_close(display.get(), window);
   return window != None;

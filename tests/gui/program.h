@@ -27,11 +27,14 @@ public:
   bool press(const std::string &label, const std::vector<std::string> &texts = {});
   // What it has written to standard output and standard error so far.
   std::string output() const;
+  // Waits for its window; the class by which a desktop knows it, "" when no window ever stood.
+  std::string window_class();
   // Waits for its window and asks it to close; false when no window ever stood.
   bool close_window();
 
 private:
   bool running();
+  unsigned long wait_for_window();
   std::string output_file_;
   pid_t pid_ = -1;
   int status_ = -1;
