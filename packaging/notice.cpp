@@ -16,6 +16,7 @@ int main(int argc, char **argv) {
   GtkWidget *dialog = gtk_message_dialog_new(nullptr, (GtkDialogFlags)0, GTK_MESSAGE_WARNING,
                                              GTK_BUTTONS_OK, "%s", text.get());
   gtk_window_set_title(GTK_WINDOW(dialog), "Mertu");
+  gtk_window_set_position(GTK_WINDOW(dialog), GTK_WIN_POS_CENTER);
   gtk_dialog_run(GTK_DIALOG(dialog));
   gtk_widget_destroy(dialog);
   return 0;

@@ -50,7 +50,7 @@ if [ -n "${DISPLAY:-}" ]; then
   done
   output=$(cat "$scratch/real.out")
   expect 'the installed program opens its window' grep -q '^Mertu is ready' "$scratch/real.out"
-  expect 'it works in the directory named' [ -s "$scratch/real/IDX1/idx1_french.txt" ]
+  expect 'it works in the directory named' test -n "$(ls "$scratch/real/IDX1")"
   for child in $(cat "/proc/$launcher/task/$launcher/children"); do
     [ "$(cat "/proc/$child/comm")" != mertu.x ] || kill "$child"
   done
