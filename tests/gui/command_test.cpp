@@ -677,6 +677,21 @@ TEST(TagListCommand, AComposedLessonStays) {
   }
 }
 
+TEST(TagListCommand, StandsThoughItIsTypedBehindASkip) {
+  for (const char *text : {"!ltag", "!help"}) {
+    Commands window(tagged_lessons());
+    window.press(window.book->Button1, LEFT);
+    ASSERT_EQ(window.book->start_lesson, 2);
+    gtk_widget_grab_focus(window.book->entry_book);
+    window.queue_press(window.book->Button1, RIGHT);
+    window.queue_keys(text + std::string("\n"));
+    window.handle();
+    EXPECT_THAT(window.pane_lines(), Not(Contains(HasSubstr("Confirm")))) << text;
+    EXPECT_EQ(window.book->start_lesson, 0);
+    EXPECT_EQ(window.book->ilesson, 2);
+  }
+}
+
 TEST(ListingCommand, ListsAllWordsAndLeadsBack) {
   Commands window;
   window.type("2");

@@ -100,17 +100,48 @@ long score(long nb, long nok, long today, Plain_history history) {
          (d <= 12 ? 1 : 0);
 }
 
-// The word of an entry as the lesson begins. Misses count as known from question to response.
-Plain_word word_of(int dictionary, int line, const Drill_model &model) {
+Plain_history history_of(int dictionary, int line, int d, const Drill_model &model) {
+  return read(model.dictionaries[dictionary].index[line].sides[d]);
+}
+
+// What is counted as the lesson begins.
+Plain_counts counts_of(const Plain_history &history, bool misses_are_known, long today) {
+  Plain_counts side;
+  side.nb = side.nb0 = history.known;
+  side.nok = side.nok0 = history.missed;
+  side.err = score(side.nb + (misses_are_known ? side.nok : 0), side.nok, today, history);
+  return side;
+}
+
+// The word of an entry as the lesson begins. Misses count as known from question to response, but
+// not in a composed lesson.
+Plain_word word_of(int dictionary, int line, bool composed, const Drill_model &model) {
   Plain_word word = {dictionary, line, {}};
-  for (int d : {0, 1}) {
-    Plain_history history = read(model.dictionaries[dictionary].index[line].sides[d]);
-    Plain_counts &side = word.sides[d];
-    side.nb = side.nb0 = history.known;
-    side.nok = side.nok0 = history.missed;
-    side.err = score(side.nb + (d == 0 ? side.nok : 0), side.nok, model.today, history);
-  }
+  for (int d : {0, 1})
+    word.sides[d] =
+        counts_of(history_of(dictionary, line, d, model), d == 0 && !composed, model.today);
   return word;
+}
+
+bool was_asked(const Plain_counts &side) {
+  return side.nb > 0 || side.nok > 0;
+}
+
+// Whether a composed lesson takes the word, asked in direction d.
+bool fits(Plain_kind kind, const Plain_word &word, int d, const Drill_model &model) {
+  bool asked = was_asked(word.sides[d]);
+  if (kind == NEW_WORDS)
+    return !asked;
+  if (kind == ONE_WAY_WORDS)
+    return !asked && was_asked(word.sides[1 - d]);
+  Plain_history history = history_of(word.dictionary, word.line, d, model);
+  return asked && history.day_known != model.today && history.day_missed != model.today;
+}
+
+// Whether the line is an entry that carries the tag, or carries none, as it is asked for.
+bool is_entry(const Plain_line &line, Plain_tag tag) {
+  bool has_tag = !line.text.empty() && line.text.back() != '*';
+  return !line.question.empty() && (tag == ANY_TAG || has_tag == (tag == THE_TAG));
 }
 
 // The entry that a "##" line stands for, where there is one today.
@@ -120,7 +151,7 @@ std::optional<Plain_word> owned_word(const Plain_line &line, const Drill_model &
     for (int j = 0; owner.alias == line.owner && j < (int)owner.index.size(); j++)
       if (!owner.index[j].question.empty() &&
           "##" + owner.index[j].question + " *" + line.owner == line.text)
-        return word_of(i, j, model);
+        return word_of(i, j, false, model);
   }
   return {};
 }
@@ -132,21 +163,22 @@ void load(Drill_model *model) {
   int number = model->ilesson - 1;
   const std::vector<Plain_line> &index = model->dictionaries[number].index;
   for (int j = 0; j < (int)index.size(); j++) {
-    std::optional<Plain_word> word =
-        index[j].question.empty() ? owned_word(index[j], *model) : word_of(number, j, *model);
+    std::optional<Plain_word> word = index[j].question.empty() ? owned_word(index[j], *model)
+                                                               : word_of(number, j, false, *model);
     if (word)
       model->words.push_back(*word);
   }
 }
 
 void set_up(int button, Drill_model *model) {
-  if (model->start_lesson == 1) {
-    model->start_lesson = 2;
+  if (model->start_lesson < 2) {
+    model->start_lesson++;
   } else if (button != 1) {
     model->ilesson++;
     model->start_lesson = 1;
   } else {
-    load(model);
+    if (model->ilesson != 0)
+      load(model);
     model->start_lesson = 3;
     model->state = 1;
     model->sens_qrm = model->sens_qr;
@@ -260,7 +292,7 @@ void START(bool remembered, Drill_model *model) {
   model->start_lesson = 1;
   model->state = 1;
   model->toggle = 0;
-  model->ilesson = remembered ? model->ilesson : 1;
+  model->ilesson = remembered && model->ilesson != 0 ? model->ilesson : 1;
   model->sens_qr = remembered ? model->sens_qr : 1;
 }
 
@@ -287,8 +319,56 @@ void PRESS_DIRECTION(Drill_model *model) {
 
 void MOVE(int step, Drill_model *model) {
   int nb = (int)model->dictionaries.size();
-  model->ilesson = (model->ilesson - 1 + step + nb) % nb + 1;
+  if (model->ilesson == 0)
+    model->ilesson = step > 0 ? 1 : nb;
+  else
+    model->ilesson = (model->ilesson - 1 + step + nb) % nb + 1;
   model->start_lesson = 1;
+}
+
+void ANNOUNCE(int number, Drill_model *model) {
+  int nb = (int)model->dictionaries.size();
+  if (number > 0)
+    model->ilesson = number > nb ? 1 : number;
+  else if (model->ilesson == 0)
+    model->ilesson = 1;
+  model->start_lesson = 1;
+}
+
+std::vector<Plain_word> WORDS_FOR(Plain_kind kind, Plain_tag tag, const Drill_model &model) {
+  int d = model.sens_qr == 2 ? 1 : 0;
+  std::vector<Plain_word> words;
+  for (int i = 0; i < (int)model.dictionaries.size(); i++)
+    for (int j = 0; j < (int)model.dictionaries[i].index.size(); j++) {
+      if ((kind != WORST_WORDS && words.size() == 20) ||
+          !is_entry(model.dictionaries[i].index[j], tag))
+        continue;
+      Plain_word word = word_of(i, j, true, model);
+      if (fits(kind, word, d, model))
+        words.push_back(word);
+      else if (kind == NEW_WORDS && d == 0 && !words.empty())
+        words.back().sides[1] = word.sides[1]; // decided too early to leave it alone
+    }
+  return words;
+}
+
+void COMPOSE(const std::vector<Plain_word> &words, Drill_model *model) {
+  ANNOUNCE(0, model);
+  if (words.empty())
+    return;
+  model->ilesson = 0;
+  model->words = words;
+  model->save.reset();
+}
+
+bool MAY_RECORD(const Drill_model &model) {
+  for (const Plain_word &word : model.words)
+    for (int d : {0, 1}) {
+      Plain_history history = history_of(word.dictionary, word.line, d, model);
+      if (word.sides[d].nb < history.known || word.sides[d].nok < history.missed)
+        return false;
+    }
+  return true;
 }
 
 void RECORD(Drill_model *model) {

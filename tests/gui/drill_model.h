@@ -72,7 +72,7 @@ struct Plain_save {
 struct Drill_model {
   std::vector<Plain_dictionary> dictionaries;
   long today = 0;
-  int ilesson = 1;
+  int ilesson = 1; // 0 for a composed lesson
   int start_lesson = 1;
   int state = 1;
   int toggle = 0;
@@ -105,6 +105,26 @@ void PRESS_DIRECTION(Drill_model *model);
 
 // Another lesson is announced: the next one (step 1) or the one before (step -1).
 void MOVE(int step, Drill_model *model);
+
+// Lesson `number` is announced by a command; 0 for none: then it is the lesson before, the first
+// one behind a composed lesson.
+void ANNOUNCE(int number, Drill_model *model);
+
+// What a composed lesson is made of. Words with a tag are those whose response stands behind the
+// question too.
+enum Plain_kind { NEW_WORDS, ONE_WAY_WORDS, WORST_WORDS };
+enum Plain_tag { ANY_TAG, NO_TAG, THE_TAG };
+
+// The words that it may hold in the direction of questioning, in the order of the dictionaries: of
+// the worst words all that count, of the others the first twenty. Their histories are as the lesson
+// reads them.
+std::vector<Plain_word> WORDS_FOR(Plain_kind kind, Plain_tag tag, const Drill_model &model);
+
+// A lesson of these words is composed and announced; where there is none, the lesson before is.
+void COMPOSE(const std::vector<Plain_word> &words, Drill_model *model);
+
+// Whether no word of the lesson counts fewer answers than its history.
+bool MAY_RECORD(const Drill_model &model);
 
 // The lesson is recorded; it is forgotten.
 void RECORD(Drill_model *model);
