@@ -118,9 +118,10 @@ bool read_entry_line(long offset, Trf_line_cursor *line) {
 //
 // QUIRK capital accents in a listing: only the capitals A to Z are made small before the accents
 // go, so that an accented capital becomes a plain capital and its word stands before every word in
-// small letters. One would expect the same order for both; it is meant: the order then is the same
-// on every machine, whatever its language. Test:
-// DictionaryListing.AccentedCapitalStandsBeforeSmallLetters
+// small letters; one that keeps its accent (A, and a few rare ones) stands behind them all. One
+// would expect the same order for both; it is meant: the order then is the same on every machine,
+// whatever its language. Tests: DictionaryListing.AccentedCapitalStandsBeforeSmallLetters,
+// DictionaryListing.CapitalAWithAnAccentStandsBehindSmallLetters
 std::string key_of(const char *line) {
   std::string key(line + 1, strcspn(line + 1, "*"));
   std::transform(key.begin(), key.end(), key.begin(), g_ascii_tolower);

@@ -110,6 +110,11 @@ TEST_F(DictionaryListing, AccentedCapitalStandsBeforeSmallLetters) {
   EXPECT_THAT(order_of({"abc", "\311t\351", "Ete"}), ElementsAre("\311t\351", "abc", "Ete"));
 }
 
+TEST_F(DictionaryListing, CapitalAWithAnAccentStandsBehindSmallLetters) {
+  EXPECT_THAT(order_of({"\300 table", "z", "\311t\351", "\340 pied"}),
+              ElementsAre("\311t\351", "\340 pied", "z", "\300 table"));
+}
+
 TEST_F(DictionaryListing, LettersAreOrderedByTheirBytes) {
   EXPECT_THAT(order_of({"\337", "z", "a"}), ElementsAre("a", "z", "\337"));
 }

@@ -122,6 +122,12 @@ TEST_F(Reports, HelpShowsItsPage) {
   EXPECT_THAT(log_of(&window), HasSubstr("DISPLAY_HELP done\n"));
 }
 
+TEST_F(Reports, HelpShowsThePane) {
+  gtk_widget_hide(book->v_page);
+  help("a\n");
+  EXPECT_TRUE(gtk_widget_get_visible(book->v_page));
+}
+
 TEST_F(Reports, EmptyLineOfTheHelpPageIsABlankLine) {
   EXPECT_THAT(help("a\n\nb\n\n\nc\n"), ElementsAre("a", "  ", "b", "  ", "c"));
 }

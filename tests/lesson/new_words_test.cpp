@@ -144,6 +144,19 @@ TEST(NewWords, OnlyTheOtherDirectionIsSorted) {
   }
 }
 
+TEST(NewWords, TracesBothOrderingsAsSorted) {
+  Composed_desk desk;
+  desk.write_empty();
+  desk.write_idx1("one.txt", light_to_heavy(1) + TRAILER());
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  NEW_WORDS_LESSON(&desk.book);
+  unsetenv("MERTU_TRACE");
+  std::string said = testing::internal::GetCapturedStdout();
+  EXPECT_THAT(said, testing::HasSubstr("SORT_CLASSMENT QR rank=1 elem=1 err=-1 "));
+  EXPECT_THAT(said, testing::HasSubstr("SORT_CLASSMENT RQ rank=1 elem=3 "));
+}
+
 // "kept" was known three times the other way; "passed", behind it, was asked both ways.
 std::string kept_and_passed() {
   return RECORD_OF("kept", NEVER(), HISTORY(3, 0, 2900, 0)) +
