@@ -208,13 +208,24 @@ TEST_F(DictionaryListing, HundredEntriesOfThreeDictionariesAreAllListed) {
   EXPECT_EQ(names(), expected);
 }
 
+TEST_F(DictionaryListing, MoreThanTenThousandEntriesAreListed) {
+  std::string records;
+  for (int i = 0; i < 4000; i++)
+    records += "#a" + std::to_string(i) + "*a1 0 *\r\n";
+  for (const char *name : {"one.txt", "two.txt", "three.txt"})
+    desk.write_idx1(name, records + TRAILER());
+  list();
+  EXPECT_EQ(names().size(), 12000u);
+  EXPECT_EQ(desk.log(), "file : ./mertu_dico1  done\nfile : ./mertu_dico  done\n");
+}
+
 TEST_F(DictionaryListing, TheTablesOffsetsAreThoseOfTheSortedLines) {
   order_of({"b", "a", "c"});
   EXPECT_THAT(ENTRIES_OF(desk.table.posit, 3), ElementsAre(11, 0, 22));
 }
 
 TEST_F(DictionaryListing, TheTableStaysSafeToUse) {
-  for (int capacity : {0, 5, 45}) {
+  for (int capacity : {0, 5, 12, 45}) {
     ALLOCATE_POSIT(capacity, &desk.table);
     desk.table.nb_posit = capacity;
     order_of({"b", "a"});
