@@ -285,6 +285,19 @@ TEST(Compose, ADamagedLineIsLoggedAndItsCorrectedValuesCount) {
   EXPECT_EQ(desk.table.RQcum_nok[1], 0);
 }
 
+TEST(Compose, TheDayIsThatOfItsBeginning) {
+  Composed_desk desk;
+  desk.write_empty();
+  desk.write_idx1("one.txt", RECORD_OF("mot", HISTORY(3, 0, 3001, 0), NEVER()) + TRAILER());
+  Trf_composition composition(&ALL, nullptr, &desk.book);
+  ASSERT_TRUE(BEGIN_COMPOSITION(&composition));
+  SET_PRESENT_DAY(2009, 3, 21); // midnight has passed
+  COLLECT_ENTRIES(&composition);
+  END_COMPOSITION(&composition);
+  EXPECT_EQ(desk.log(), "QR some error in file : ./IDX1/idx1_one.txt \n");
+  EXPECT_EQ(desk.table.QRcum_nb[1], 0);
+}
+
 int nb_open_files() {
   int nb = 0;
   for (int fd = 0; fd < 200; fd++)
