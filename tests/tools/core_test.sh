@@ -2,13 +2,13 @@
 # The core without the window: where GTK, ALSA and libsndfile are not to be had, it is configured,
 # built and tested all the same. Here they are hidden: pkg-config finds GLib alone, and whoever
 # takes a header of the sound libraries gets a fault.
-# core_test.sh [FOLDER...]: the folders whose tests are built and run, else those that meet a type
-# of the window's libraries or stand last.
+# core_test.sh [FOLDER...]: the folders whose tests are built and run; config alone, which meets a
+# type of GTK, when none is named.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-[ $# -gt 0 ] || set -- config app
+[ $# -gt 0 ] || set -- config
 
 # show_package NAME: lets pkg-config find a package and what it requires.
 show_package() {
