@@ -27,6 +27,12 @@ else()
   target_compile_options(mertu_plain INTERFACE -fno-exceptions -fno-rtti)
 endif()
 
+option(MERTU_COVERAGE "Count which lines of the program run" OFF)
+if(MERTU_COVERAGE)
+  target_compile_options(mertu_plain INTERFACE -O0 --coverage)
+  target_link_options(mertu_flags INTERFACE --coverage)
+endif()
+
 if(MERTU_GUI)
   add_library(mertu_ui_flags INTERFACE)
   target_compile_definitions(mertu_ui_flags INTERFACE GLIB_DISABLE_DEPRECATION_WARNINGS)

@@ -98,8 +98,8 @@ const char *part_to_show(const Trf_book *book) {
   // QUIRK heard question: the response to a question that was only heard begins with the written
   // question. One would expect the response alone; it is meant: she checks what she heard first.
   // Test: EntryLines.ResponseToAHeardQuestionBeginsWithTheWrittenQuestion
-  bool only_heard = book->interro_sound == 1 && question.wq != 1;
-  return book->sens_qr == 1 && book->state == 2 && !only_heard ? RESPONSE_MARK : QUESTION_MARK;
+  bool unwritten = book->interro_sound == 1 && question.wq != 1;
+  return book->sens_qr == 1 && book->state == 2 && !unwritten ? RESPONSE_MARK : QUESTION_MARK;
 }
 
 // A sound line taken apart: its name, and where it stops in the line.

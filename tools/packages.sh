@@ -10,8 +10,9 @@ packages_for() {
     tests) printf '%s\n' libgtest-dev libgmock-dev libxtst-dev xvfb xauth ;;
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
     validators) printf '%s\n' desktop-file-utils appstream mandoc man-db dpkg-dev file lintian ;;
-    bench) printf "%s\n" libbenchmark-dev ;;
+    bench) printf '%s\n' libbenchmark-dev ;;
     pictures) printf '%s\n' pngquant optipng ;;
+    checks) printf '%s\n' python3 gcovr clang-tidy cppcheck valgrind git ;;
     sounds) printf '%s\n' espeak-ng sox libsox-fmt-base ;;
     icons) printf '%s\n' librsvg2-bin ;;
     fresh-machine) printf '%s\n' debootstrap git ;;
