@@ -12,6 +12,7 @@
 
 #include "util/encodings.h"
 #include "util/owned.h"
+#include "util/report.h"
 
 namespace {
 
@@ -54,6 +55,8 @@ std::set<long> numbers_behind(const std::string &start, GDir *directory) {
 }
 
 std::vector<long> values_between(long low, long high) {
+  if (high - low >= MAX_NAMES_TRIED)
+    STOP_PROGRAM(nullptr, 11, "EXTRACT_WHICH_LESSONS error dim STOP ");
   std::vector<long> values;
   for (long value = low; value <= high; value++)
     values.push_back(value);

@@ -17,6 +17,10 @@ struct Trf_range {
   bool at_end;     // true where nothing follows the arrow
 };
 
+// Names that one token of a list may stand for, those that do not open among them. No learner has
+// so many dictionaries; without a limit a mistyped range would keep the program busy for hours.
+const long MAX_NAMES_TRIED = 20000;
+
 // Finds the first "->" of a name. Returns false, range untouched, where there is none.
 bool FIND_RANGE(const char *name, Trf_range *range);
 
@@ -27,6 +31,9 @@ std::string RANGE_REPLACED(const std::string &name, const Trf_range &range, long
 // begins with, and always n1. A range may be as wide as an int is, and a name may hold several;
 // every value that is left out stands for names that do not open.
 // name: the path as it is opened; range: its first range, the offsets those in name.
+// Ends of the program: 11 "EXTRACT_WHICH_LESSONS error dim STOP " where more than MAX_NAMES_TRIED
+// values would have to be tried: ranges in a row ("1->9999999->2") give each value names of its
+// own, and a directory may be closed to a look.
 std::vector<long> VALUES_TO_TRY(const std::string &name, const Trf_range &range);
 
 // Cuts the next token of a line of dictionaries: blanks are skipped, and a token is the longest

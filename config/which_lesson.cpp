@@ -82,6 +82,27 @@ std::vector<long> values_in_order(const char *s_path, const char *s_file, Trf_ra
   return values;
 }
 
+// A token being expanded.
+struct Trf_expansion {
+  const char *s_path; // its directory
+  int *nb_found;      // names that it has added
+  Trf_string *G_dico; // the registry they go to
+  long nb_tried = 0;  // names looked at, those with ranges among them
+};
+
+// Adds the name, or every name that its ranges stand for.
+void expand(const char *s_file, Trf_expansion *expansion) {
+  if (++expansion->nb_tried > MAX_NAMES_TRIED)
+    STOP_PROGRAM(nullptr, 11, "EXTRACT_WHICH_LESSONS error dim STOP ");
+  Trf_range range;
+  if (!FIND_RANGE(s_file, &range))
+    return add_name(expansion->s_path, s_file, expansion->nb_found, expansion->G_dico);
+  if (!range.both_given)
+    STOP_PROGRAM(nullptr, 13, "RECUR_EXTR_ARROW error 13 for s_file =%s \n", s_file);
+  for (long value : values_in_order(expansion->s_path, s_file, range))
+    expand(RANGE_REPLACED(s_file, range, value).c_str(), expansion);
+}
+
 // The lessons that one word of a list stands for.
 long long lessons_of_word(const std::string &word) {
   Trf_range range;
@@ -122,15 +143,8 @@ void EXTRACT_WHICH_LESSONS(FILE *fp, char *s, Trf_string *G_dico) {
 }
 
 void RECUR_EXTR_ARROW(const char *s_path, const char *s_file, int *nb_found, Trf_string *G_dico) {
-  Trf_range range;
-  if (!FIND_RANGE(s_file, &range)) {
-    add_name(s_path, s_file, nb_found, G_dico);
-    return;
-  }
-  if (!range.both_given)
-    STOP_PROGRAM(nullptr, 13, "RECUR_EXTR_ARROW error 13 for s_file =%s \n", s_file);
-  for (long value : values_in_order(s_path, s_file, range))
-    RECUR_EXTR_ARROW(s_path, RANGE_REPLACED(s_file, range, value).c_str(), nb_found, G_dico);
+  Trf_expansion expansion = {s_path, nb_found, G_dico};
+  expand(s_file, &expansion);
 }
 
 void CHECK_LESSON_LIST(const Trf_string *G_dico) {

@@ -29,7 +29,8 @@ void EXTRACT_WHICH_LESSONS(FILE *fp, char *s, Trf_string *G_dico);
 // nb_found: names that this token has added so far, counted on: the first is added with its
 //   directory, the others as "&/" and the name.
 // Ends of the program: 13 "RECUR_EXTR_ARROW error 13 for s_file =%s " where an arrow has no number
-// on one of its sides.
+// on one of its sides, 11 "EXTRACT_WHICH_LESSONS error dim STOP " where the token stands for more
+// than MAX_NAMES_TRIED names.
 void RECUR_EXTR_ARROW(const char *s_path, const char *s_file, int *nb_found, Trf_string *G_dico);
 
 // Ends the program where st_lesson does not fit in lenmx_string bytes: 11 "EXTRACT_WHICH_LESSONS

@@ -74,6 +74,12 @@ TEST(WhichLesson, RangesInARowAreReadFromTheLeft) {
   EXPECT_EQ(reading.read("le1->3->2\n<:\n"), "./le1 &/le2 &/le2 &/le3 &/le2");
 }
 
+TEST(WhichLesson, RangesInARowThatGiveTooManyNamesEndTheProgramWithStatus11) {
+  Trf_reading reading({"le1"});
+  for (const char *list : {"le777777777->31->1\n<:\n", "le1->999->999->999\n<:\n"})
+    ENDS_WITH_STATUS(reading.read(list), 11, "EXTRACT_WHICH_LESSONS error dim STOP ");
+}
+
 TEST(WhichLesson, AFaultBehindAWideRangeIsTold) {
   Trf_reading reading({"le5"});
   ENDS_WITH_STATUS(reading.read("le1->2000000000x->\n<:\n"), 13,
