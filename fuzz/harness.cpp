@@ -37,7 +37,9 @@ void remove_directory() {
 // Memory file systems spare the disk millions of small files.
 void make_directory() {
   const char *place = getenv("TMPDIR");
-  std::string pattern = std::string(place != nullptr ? place : "/tmp") + "/mertu_fuzz_XXXXXX";
+  if (place == nullptr)
+    place = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
+  std::string pattern = std::string(place) + "/mertu_fuzz_XXXXXX";
   if (mkdtemp(pattern.data()) == nullptr) {
     perror(pattern.c_str());
     abort();

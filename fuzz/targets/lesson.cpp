@@ -2,6 +2,7 @@
 //
 // Pieces: the index of a dictionary, the index of another one that it borrows from, both damaged in
 // any way; what is answered, a byte for each entry.
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -99,6 +100,28 @@ void check_recording(const std::string &bytes, Learner *learner) {
   }
 }
 
+// The lines of an index that begin with '#', each with its offset.
+std::string names_of(const std::string &index) {
+  std::string names;
+  for (size_t at = 0; at < index.size();) {
+    size_t end = std::min(index.find_first_of("\r\n\377", at), index.size());
+    if (index[at] == '#')
+      names += std::to_string(at) + index.substr(at, end - at) + "\n";
+    at = end + 1;
+  }
+  return names;
+}
+
+// However damaged the files are, a recording writes over no name, and moves nothing.
+void check_names(const std::string &bytes, Learner *learner) {
+  std::string files[] = {GET_FILE(ONE), GET_FILE(TWO)};
+  answer(bytes, &learner->table);
+  STATUS_OF([&] { RECORD_LESSON(&learner->book); });
+  HOLDS(GET_FILE(ONE).size() == files[0].size() && GET_FILE(TWO).size() == files[1].size());
+  HOLDS(names_of(GET_FILE(ONE)) == names_of(files[0]));
+  HOLDS(names_of(GET_FILE(TWO)) == names_of(files[1]));
+}
+
 bool is_sound(const std::string &index) {
   for (const std::string &line : LINES_OF(index))
     if (!line.empty() && line[0] != '#' && line.size() != 52)
@@ -122,9 +145,9 @@ FUZZ_TARGET(lesson) {
   HOLDS(learner.book.fp_gene == nullptr && learner.book.fp_idx1 == nullptr);
   Lesson_file file = read_lesson_file(learner.table);
   if (!counts_fit(&learner.table) || !file.whole)
-    return;
+    return check_names(pieces[2], &learner);
   HOLDS(verify(&learner) == -1);
   if (file.twice || !is_sound(pieces[0]) || !is_sound(pieces[1]))
-    return;
+    return check_names(pieces[2], &learner);
   STATUS_OF([&] { check_recording(pieces[2], &learner); });
 }
