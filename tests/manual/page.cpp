@@ -1,4 +1,4 @@
-// The manual as the tests read it: chapters, fenced blocks, tables.
+// A page of the documentation as the tests read it: chapters, fenced blocks, tables.
 #include "support/prelude.h"
 
 #include "manual/page.h"
@@ -13,14 +13,6 @@ const char REMARK_END[] = " -->";
 
 bool begins_with(const std::string &text, const std::string &start) {
   return text.compare(0, start.size(), start) == 0;
-}
-
-std::vector<std::string> lines_of_manual() {
-  std::ifstream file(std::string(MERTU_SOURCE) + "/docs/manual.md");
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(file, line);)
-    lines.push_back(line);
-  return lines;
 }
 
 // "kind argument" taken apart.
@@ -55,11 +47,26 @@ void PrintTo(const Manual_chapter &chapter, std::ostream *out) {
   *out << chapter.title;
 }
 
-std::vector<Manual_chapter> MANUAL_CHAPTERS() {
+std::string BYTES_OF_FILE(const std::string &name) {
+  std::ifstream file(std::string(MERTU_SOURCE) + "/" + name, std::ios::binary);
+  std::stringstream bytes;
+  bytes << file.rdbuf();
+  return bytes.str();
+}
+
+std::vector<std::string> LINES_OF_FILE(const std::string &name) {
+  std::istringstream text(BYTES_OF_FILE(name));
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(text, line);)
+    lines.push_back(line);
+  return lines;
+}
+
+std::vector<Manual_chapter> CHAPTERS_OF(const std::string &page) {
   std::vector<Manual_chapter> chapters = {{"before the first chapter", {}}};
   bool inside = false;
   int number = 0;
-  for (const std::string &line : lines_of_manual()) {
+  for (const std::string &line : LINES_OF_FILE(page)) {
     number++;
     if (begins_with(line, FENCE)) {
       inside = !inside;
@@ -79,7 +86,7 @@ std::vector<Manual_chapter> MANUAL_CHAPTERS() {
 Manual_tables MANUAL_TABLES() {
   Manual_tables tables;
   std::string name;
-  for (const std::string &line : lines_of_manual()) {
+  for (const std::string &line : LINES_OF_FILE(MANUAL)) {
     if (begins_with(line, "<!-- table ")) {
       name = block_of(inside_of_remark(line), 0).argument;
     } else if (begins_with(line, "#")) {
@@ -90,13 +97,6 @@ Manual_tables MANUAL_TABLES() {
     }
   }
   return tables;
-}
-
-std::string MANUAL_TEXT() {
-  std::string text;
-  for (const std::string &line : lines_of_manual())
-    text += line + "\n";
-  return text;
 }
 
 std::string FOLDED(const std::string &text) {

@@ -1,4 +1,4 @@
-// The manual as the tests read it: chapters, fenced blocks, tables.
+// A page of the documentation as the tests read it: chapters, fenced blocks, tables.
 //
 //   part                              what it is
 //   --------------------------------  ------------------------------------------------------------
@@ -32,10 +32,13 @@ void PrintTo(const Manual_chapter &chapter, std::ostream *out);
 // The code spans in the first cell of each row, by the name of the table.
 using Manual_tables = std::map<std::string, std::vector<std::string>>;
 
-std::vector<Manual_chapter> MANUAL_CHAPTERS();
+const char MANUAL[] = "docs/manual.md";
+
+// page: its path below the source directory. What stands before the first chapter is chapter 0.
+std::vector<Manual_chapter> CHAPTERS_OF(const std::string &page);
 Manual_tables MANUAL_TABLES();
-// The whole page.
-std::string MANUAL_TEXT();
+std::vector<std::string> LINES_OF_FILE(const std::string &name);
+std::string BYTES_OF_FILE(const std::string &name);
 
 // The text without blanks at its ends, each run of blanks inside made one.
 std::string FOLDED(const std::string &text);

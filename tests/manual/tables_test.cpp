@@ -17,23 +17,13 @@ using Texts = std::set<std::string>;
 const char *const FOLDERS[] = {"util",   "score", "sound", "config",  "db",
                                "lesson", "text",  "quiz",  "command", "app"};
 
-std::string bytes_of(const fs::path &path) {
-  std::ifstream file(path);
-  std::stringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
-
-std::string source(const std::string &name) {
-  return bytes_of(fs::path(MERTU_SOURCE) / name);
-}
-
 std::vector<std::string> all_sources() {
   std::vector<std::string> sources;
   for (const char *folder : FOLDERS)
     for (const fs::directory_entry &entry : fs::directory_iterator(fs::path(MERTU_SOURCE) / folder))
       if (entry.path().extension() == ".cpp" || entry.path().extension() == ".h")
-        sources.push_back(bytes_of(entry.path()));
+        sources.push_back(
+            BYTES_OF_FILE(std::string(folder) + "/" + entry.path().filename().string()));
   return sources;
 }
 
@@ -166,7 +156,7 @@ TEST(ManualTables, EveryQuestionAndNoticeIsTold) {
 }
 
 TEST(ManualTables, EveryKeyIsToldInItsOrder) {
-  std::string text = source("config/config_file.cpp");
+  std::string text = BYTES_OF_FILE("config/config_file.cpp");
   std::regex form("\\{\"([A-Z][A-Za-z0-9_]*)\", *[a-z_0-9]+, *[0-9]\\}");
   std::vector<std::string> keys;
   for (std::sregex_iterator match(text.begin(), text.end(), form), end; match != end; ++match)
@@ -176,7 +166,8 @@ TEST(ManualTables, EveryKeyIsToldInItsOrder) {
 }
 
 TEST(ManualTables, EveryCommandIsTold) {
-  Texts forms = matches(source("command/command_forms.cpp"), "\\{\"(!?[a-z]+)\", *[A-Z]+_END");
+  Texts forms =
+      matches(BYTES_OF_FILE("command/command_forms.cpp"), "\\{\"(!?[a-z]+)\", *[A-Z]+_END");
   EXPECT_EQ(forms.size(), 21u);
   Texts told;
   for (const std::string &span : told_in("commands"))
@@ -186,8 +177,8 @@ TEST(ManualTables, EveryCommandIsTold) {
 }
 
 TEST(ManualTables, NoCommandInTheTextIsUnknown) {
-  Texts forms = matches(source("command/command_forms.cpp"), "\\{\"(![a-z]+)\"");
-  Texts typed = matches(MANUAL_TEXT(), "`(![a-z]+)[ `]");
+  Texts forms = matches(BYTES_OF_FILE("command/command_forms.cpp"), "\\{\"(![a-z]+)\"");
+  Texts typed = matches(BYTES_OF_FILE(MANUAL), "`(![a-z]+)[ `]");
   EXPECT_GE(typed.size(), 15u);
   EXPECT_EQ(missing(typed, forms), "");
 }
@@ -212,16 +203,9 @@ TEST(ManualTables, EveryButtonIsTold) {
   Texts labels;
   for (const char *file : {"app/main_window.cpp", "quiz/answer_button.cpp", "quiz/toggles.cpp"})
     for (const std::string &label :
-         matches(source(file), "\"( *(?:Quit|Prev|Next|Clr|ReDr|<\\)\\)\\)|< XX|[QR]->[QR]|"
-                               "Question / Response|Verif: Yes/No) *)\""))
+         matches(BYTES_OF_FILE(file), "\"( *(?:Quit|Prev|Next|Clr|ReDr|<\\)\\)\\)|< XX|[QR]->[QR]|"
+                                      "Question / Response|Verif: Yes/No) *)\""))
       labels.insert(FOLDED(label));
   EXPECT_EQ(labels.size(), 11u);
   EXPECT_EQ(missing(labels, told_in("buttons")), "");
-}
-
-TEST(ManualTables, PagesAndPicturesThatItLeadsToAreThere) {
-  Texts places = matches(MANUAL_TEXT(), "\\]\\(([^)#]+)\\)");
-  EXPECT_GE(places.size(), 2u);
-  for (const std::string &place : places)
-    EXPECT_TRUE(fs::exists(fs::path(MERTU_SOURCE) / "docs" / place)) << place;
 }
