@@ -25,6 +25,7 @@ enum { NO_WORD = 1, DATABASE_DONE = 2, LISTING_DONE = 3, NO_SUCH_LESSON = 4 };
 
 void switch_sound(int asked, Trf_book *book) {
   book->sound = asked == SOUND_OTHER ? book->sound != 1 : asked;
+  TRACE("callback_entry_book switches the sound to %d", book->sound);
   LABEL_BUTTON(book->button_sound, book->sound == 1 ? "<)))" : "< XX", nullptr);
 }
 
@@ -37,6 +38,7 @@ void close_stream(FILE **fp) {
 // Ends the running drill: closes its files and asks whether to record it. False when the window
 // went or another lesson came meanwhile: then nothing is left to do.
 bool end_drill(Trf_book *book) {
+  TRACE("callback_entry_book closes the files of lesson %d", book->ilesson);
   DROP_STREAM(book);
   close_stream(&book->fp_gene);
   close_stream(&book->fp_idx1);
@@ -47,12 +49,14 @@ bool end_drill(Trf_book *book) {
 void set_direction(int sens_qr, Trf_book *book) {
   if (sens_qr == 0 || sens_qr == book->sens_qr)
     return;
+  TRACE("callback_entry_book turns from direction %d to %d", book->sens_qr, sens_qr);
   LABEL_BUTTON(book->button_qr, book->sens_qr != 2 ? "R->Q" : "Q->R", nullptr);
   book->sens_qr = sens_qr;
 }
 
 // Makes a lesson current; it is to be announced.
 void go_to(int ilesson, Trf_book *book) {
+  TRACE("callback_entry_book goes to lesson %d", ilesson);
   DROP_STREAM(book);
   book->ilesson = ilesson;
   book->start_lesson = 0;
@@ -87,6 +91,7 @@ void compose(const Trf_command &command, int previous, Trf_book *book) {
   set_direction(command.sens_qr, book);
   book->t_posit->nb_posit = 0;
   build(command, book);
+  TRACE("callback_entry_book has composed %d entries", book->t_posit->nb_posit);
   if (book->t_posit->nb_posit <= 0)
     return return_to(previous, NO_WORD, book);
   go_to(0, book);

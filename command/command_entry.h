@@ -18,9 +18,9 @@
 //   check, transfer,    the lesson before, CONFIRM0_NEW_LESSON(2)
 //   synchronise
 //   "!dico"             the lesson before, CONFIRM0_NEW_LESSON(3)
-//   "!ltag", "!help"    the lesson before, also a composed one; what was asked for stays in the
-//   pane a number, an alias  that lesson (lesson 1 for a number past the last one),
-//   CONFIRM0_LESSON;
+//   "!ltag", "!help"    the lesson before, also a composed one, is not announced: what was asked
+//                       for stays in the pane
+//   a number, an alias  that lesson (lesson 1 for a number past the last one), CONFIRM0_LESSON;
 //                       none: the lesson before, CONFIRM0_NEW_LESSON(4)
 //
 // The lesson before is 1 where a composed lesson ran, "!ltag" and "!help" apart. A text with a

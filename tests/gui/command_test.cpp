@@ -382,6 +382,26 @@ TEST(Command, TheTextStaysInTheEntry) {
   }
 }
 
+TEST(Command, EachStepIsTraced) {
+  Commands window;
+  window.drill();
+  window.dialogs.will_answer(GTK_RESPONSE_NO);
+  setenv("MERTU_TRACE", "1", 1);
+  testing::internal::CaptureStdout();
+  for (const char *text : {"!sound off", "!bal rq", "2"})
+    window.type(text);
+  std::string traced = testing::internal::GetCapturedStdout();
+  unsetenv("MERTU_TRACE");
+  size_t at = 0;
+  for (const char *step :
+       {"switches the sound to 0\n", "closes the files of lesson 1\n",
+        "turns from direction 1 to 2\n", "has composed 0 entries\n", "goes to lesson 1\n",
+        "closes the files of lesson 1\n", "goes to lesson 2\n"}) {
+    at = traced.find(std::string("callback_entry_book ") + step, at);
+    ASSERT_NE(at, std::string::npos) << step << traced;
+  }
+}
+
 TEST(Command, ItMayBeTypedBehindAVerdict) {
   for (const char *text : {"2", "!new", "!ltag", "!help", "!dico", "nix"}) {
     Commands window;
