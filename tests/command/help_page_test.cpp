@@ -65,3 +65,10 @@ TEST(HelpPage, ItsDirectionsAreRead) {
   for (const char *typed : {"!tag verbs", "!ntag verbs", "!tagrq verbs", "!ntagqr verbs"})
     EXPECT_EQ(reading(typed).argument, " verbs ") << typed;
 }
+
+TEST(HelpPage, TellsThatAComposedLessonIsNotForgotten) {
+  std::ifstream page(MERTU_SOURCE "/share/starter/mertu_list.txt");
+  std::string text(std::istreambuf_iterator<char>(page), {});
+  EXPECT_THAT(text,
+              testing::HasSubstr("in a lesson that a command\nhas put together it does nothing"));
+}
