@@ -94,3 +94,39 @@ TEST(Pages, FilesThatTheyNameAreThere) {
       EXPECT_TRUE(exists(place) || exists(place + ".h") || exists(place + ".cpp"))
           << page << ": " << place;
 }
+
+// The lengths of the procedures of a source file, from the line with their "{" to that with "}".
+static std::vector<int> lengths_of(const Lines &lines) {
+  std::vector<int> lengths;
+  bool signature = false; // a procedure's head has begun
+  int length = 0;         // of the procedure so far, 0 outside
+  for (const std::string &line : lines) {
+    char last = line.empty() ? ';' : line.back();
+    if (length == 0 && !line.empty() && isalpha((unsigned char)line[0]))
+      signature = line.find('(') != std::string::npos;
+    if (length > 0 || (signature && last == '{'))
+      length++;
+    if (last == ';' || length > 0)
+      signature = false;
+    if (length > 0 && line == "}") {
+      lengths.push_back(length);
+      length = 0;
+    }
+  }
+  return lengths;
+}
+
+// What docs/hacking.md says of the length of procedures.
+TEST(Sources, NoProcedureHasMoreThanSixtyLines) {
+  size_t procedures = 0;
+  for (const char *folder :
+       {"util", "score", "sound", "config", "db", "lesson", "text", "quiz", "command", "app"})
+    for (const auto &entry : fs::directory_iterator(fs::path(MERTU_SOURCE) / folder)) {
+      std::string name = std::string(folder) + "/" + entry.path().filename().string();
+      std::vector<int> lengths = lengths_of(LINES_OF_FILE(name));
+      procedures += lengths.size();
+      EXPECT_LE(lengths.empty() ? 0 : *std::max_element(lengths.begin(), lengths.end()), 60)
+          << name;
+    }
+  EXPECT_GT(procedures, 700u);
+}
