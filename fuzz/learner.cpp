@@ -93,6 +93,13 @@ bool MAY_BE_REREAD(const std::string &text) {
   return false;
 }
 
+bool HAS_BARE_CR(const std::string &text) {
+  for (size_t i = text.find('\r'); i != text.npos; i = text.find('\r', i + 1))
+    if (text.compare(i + 1, 1, "\n") != 0)
+      return true;
+  return false;
+}
+
 void CHECK_ORDER(int sens, Trf_posit *table) {
   Trf_side side = SIDE_OF_TABLE(sens, table);
   std::vector<bool> met((size_t)table->nb_posit + 1, false);

@@ -42,6 +42,10 @@ std::vector<Index_record> RECORDS_OF(const std::string &index, const std::string
 // Whether the line reader may take the text for UTF-8 and read it otherwise than its bytes stand.
 bool MAY_BE_REREAD(const std::string &text);
 
+// Whether a CR stands without a LF behind it: what follows is then read otherwise than LINES_OF
+// does.
+bool HAS_BARE_CR(const std::string &text);
+
 // The orderings hold each entry once, never lighter before heavier.
 void CHECK_TABLE(Trf_posit *table);
 void CHECK_ORDER(int sens, Trf_posit *table);

@@ -122,11 +122,20 @@ void check_names(const std::string &bytes, Learner *learner) {
   HOLDS(names_of(GET_FILE(TWO)) == names_of(files[1]));
 }
 
+bool is_history(const std::vector<std::string> &lines, size_t i) {
+  return i < lines.size() && lines[i].size() == 52 && lines[i][0] != '#';
+}
+
+// Behind the header stand records of a name and two histories, and lines that borrow one.
 bool is_sound(const std::string &index) {
-  for (const std::string &line : LINES_OF(index))
-    if (!line.empty() && line[0] != '#' && line.size() != 52)
+  std::vector<std::string> lines = LINES_OF(index);
+  for (size_t i = 2; i < lines.size() && lines[i].find("END_OF_FILE") == std::string::npos;) {
+    bool is_record = is_history(lines, i + 1) && is_history(lines, i + 2);
+    if (lines[i][0] != '#' || (lines[i][1] != '#' && !is_record))
       return false;
-  return true;
+    i += lines[i][1] == '#' ? 1 : 3;
+  }
+  return index.find_first_of("\t\377") == index.npos && !HAS_BARE_CR(index);
 }
 
 } // namespace

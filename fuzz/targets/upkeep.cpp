@@ -77,7 +77,8 @@ void synchronise() {
     return;
   }
   std::string merged = GET_FILE(INDEX);
-  if (MAY_BE_REREAD(index + other + merged) || index.find_first_of("\t\r\377") != index.npos)
+  if (MAY_BE_REREAD(index + other + merged) || index.find_first_of("\t\377") != index.npos ||
+      HAS_BARE_CR(index))
     return;
   std::map<std::string, Index_record> old = histories_of(index);
   for (const Index_record &record : RECORDS_OF(merged, INDEX)) {
