@@ -41,25 +41,87 @@ void check_separator(int k, Trf_check *check) {
     fault(2, check);
 }
 
-bool is_between_numbers(char byte) {
-  return byte != ' ' && byte != '.' && byte != '+' && byte != '-' && !(byte >= '0' && byte <= '9');
+bool is_digit(char byte) {
+  return byte >= '0' && byte <= '9';
 }
 
-// Takes the number at the read position and moves behind it and its separator. False without one.
+bool is_between_numbers(char byte) {
+  return byte != ' ' && byte != '.' && byte != '+' && byte != '-' && !is_digit(byte);
+}
+
+// Where a field written by LNB_12CHAR holds a number of up to five digits. All other columns are
+// blank.
+const int FIRST_COLUMN = 3;
+const int BEHIND_COLUMNS = 8;
+
+// How many digits the field holds, if it was written so.
+int nb_digits_of(const char *field) {
+  if (field[5] == ' ')
+    return 0;
+  if (field[6] == ' ')
+    return 1;
+  if (field[4] == ' ')
+    return 2;
+  if (field[7] == ' ')
+    return 3;
+  return field[3] == ' ' ? 4 : 5;
+}
+
+// Reads nb digits in the middle of a field. False where they do not stand there alone.
+template <int nb> bool read_digits(const char *field, long *number) {
+  constexpr int begin = (NB_FIELD - nb) / 2;
+  bool alone = true;
+  *number = 0;
+  for (int column = FIRST_COLUMN; column < BEHIND_COLUMNS; column++) {
+    bool due = column >= begin && column < begin + nb;
+    alone = alone && (due ? is_digit(field[column]) : field[column] == ' ');
+    if (due)
+      *number = *number * 10 + (field[column] - '0');
+  }
+  return alone;
+}
+
+bool (*const READ_DIGITS[])(const char *field, long *number) = {
+    read_digits<0>, read_digits<1>, read_digits<2>, read_digits<3>, read_digits<4>, read_digits<5>};
+
+// Takes a field that stands as it was written, which nearly every one does. False, with nothing
+// taken, for any other.
+bool take_written_field(Trf_check *check, bool *found, long *number) {
+  const char *field = check->ss + check->pos;
+  if (check->length - check->pos < FIELD_STEP || memcmp(field, "   ", 3) != 0 ||
+      memcmp(field + BEHIND_COLUMNS, "    ;", 5) != 0)
+    return false;
+  int nb = nb_digits_of(field);
+  if (!READ_DIGITS[nb](field, number))
+    return false;
+  *found = nb > 0;
+  check->pos += FIELD_STEP;
+  return true;
+}
+
+// Takes whatever stands at the read position for a number. False without one.
 //
 // QUIRK run-on field: a number that fills its 12 columns is read together with the ';' behind it
 // (a number ends at a blank), and the move behind "its separator" then takes the first character
 // of the next number; a reader would cut the line at its columns. It is meant: counts and day
 // numbers have at most five digits, and a line shifted by a lost blank still reads.
 // Test: HistoryLine.ANumberThatFillsItsFieldTakesAwayTheFirstDigitOfTheNext
-bool take_number(Trf_check *check, long *number) {
+bool take_any_field(Trf_check *check, long *number) {
   long taken[2] = {0, 0};
   if (check->pos < check->length)
     check->pos += EXTR_N_LINT(1, check->ss + check->pos, taken) + 1;
-  while (check->pos < check->length && is_between_numbers(check->ss[check->pos]))
-    check->pos++;
   *number = taken[0] > 0 ? taken[1] : 0;
   return taken[0] > 0;
+}
+
+// Takes the number at the read position and moves behind it and its separator. False without one.
+bool take_number(Trf_check *check, long *number) {
+  bool found = false;
+  if (!take_written_field(check, &found, number))
+    found = take_any_field(check, number);
+  while (check->pos < check->length && is_between_numbers(check->ss[check->pos]))
+    check->pos++;
+  return found;
 }
 
 // A negative number is a fault and becomes 0.

@@ -49,6 +49,21 @@ int end_of_digits(const char *s, int i) {
   return i;
 }
 
+// Digits that a long holds whatever they are.
+const int SURE_DIGITS = 18;
+
+// The number at the head of a word; what is no plain run of digits is left to the library.
+long number_of_word(const char *word, int length) {
+  long number = 0;
+  int i = 0;
+  for (; i < length && is_digit(word[i]); i++)
+    if (i < SURE_DIGITS)
+      number = number * 10 + (word[i] - '0');
+  if (i > 0 && i <= SURE_DIGITS)
+    return number;
+  return strtol(std::string(word, (size_t)length).c_str(), nullptr, 10);
+}
+
 // The end of the run of bytes up to the next blank.
 int end_of_word(const char *s, int i) {
   while (s[i] != '\0' && s[i] != ' ')
@@ -97,7 +112,7 @@ int EXTR_N_LINT(int n, char *s, long *i_extracted) {
     return i;
   for (int k = 1; k <= n && s[i] != '\0'; k++) {
     int end = end_of_word(s, i);
-    i_extracted[k] = strtol(std::string(s + i, (size_t)(end - i)).c_str(), nullptr, 10);
+    i_extracted[k] = number_of_word(s + i, end - i);
     i_extracted[0] = k;
     i = skip_blanks(s, end);
   }

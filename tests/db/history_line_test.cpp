@@ -5,6 +5,9 @@
 
 #include <string.h>
 
+#include <algorithm>
+#include <random>
+
 #include "util/numbers.h"
 
 namespace {
@@ -45,6 +48,22 @@ std::string fields(const std::vector<std::string> &texts) {
     line += field + ";";
   }
   return line;
+}
+
+// The four numbers of a line, each taken with EXTR_N_LINT from behind the one before.
+std::vector<long> taken_numbers(const std::string &line) {
+  std::vector<long> numbers;
+  std::string text = line;
+  size_t at = 0;
+  for (int k = 0; k < 4; k++) {
+    long taken[2] = {0, 0};
+    if (at < text.size())
+      at += (size_t)EXTR_N_LINT(1, text.data() + at, taken) + 1;
+    numbers.push_back(taken[0] > 0 ? taken[1] : 0);
+    while (at < text.size() && strchr(" .+-0123456789", text[at]) == nullptr)
+      at++;
+  }
+  return numbers;
 }
 
 } // namespace
@@ -150,6 +169,29 @@ TEST(HistoryLine, ANumberThatFillsItsFieldTakesAwayTheFirstDigitOfTheNext) {
   Checked checked = check4(line);
   EXPECT_EQ(checked.faulty, 0);
   EXPECT_THAT(checked.values, ElementsAre(123456789012, 4, 8999, 8998));
+}
+
+TEST(HistoryLine, AFieldLaidOutAnyhowReadsAsTheTextBehindTheOneBefore) {
+  const std::string bytes = "     ;0179-x";
+  std::mt19937 chance(5);
+  int nb_taken = 0;
+  testing::internal::CaptureStdout();
+  for (int run = 0; run < 20000; run++) {
+    std::string line = fields({"7", "12", "345", "6789"});
+    for (unsigned nb = chance() % 4; nb > 0; nb--)
+      line[chance() % line.size()] = bytes[chance() % bytes.size()];
+    std::string text = line;
+    long values[5] = {};
+    CHECK_EXTRACT_4LINT(100000000000000000, text.data(), values);
+    std::vector<long> taken = taken_numbers(line);
+    for (int k : {1, 2})
+      EXPECT_EQ(values[k], std::max(taken[(size_t)k - 1], 0L)) << line;
+    for (int k : {3, 4})
+      EXPECT_EQ(values[k], values[k - 2] == 0 ? 0 : std::max(taken[(size_t)k - 1], 0L)) << line;
+    nb_taken += taken[3] != 0 ? 1 : 0;
+  }
+  testing::internal::GetCapturedStdout();
+  EXPECT_GT(nb_taken, 10000);
 }
 
 TEST(HistoryLine, LettersBetweenTheNumbersArePassedOver) {

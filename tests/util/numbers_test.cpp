@@ -2,7 +2,10 @@
 #include "util/numbers.h"
 
 #include <limits.h>
+#include <stdlib.h>
 #include <string.h>
+
+#include <random>
 
 #include "support/prelude.h"
 
@@ -139,6 +142,17 @@ TEST(LongIntegers, AWordOfBlankLookAlikesDoesNotReachIntoTheNext) {
 TEST(LongIntegers, ANumberBeyondLongIsClamped) {
   EXPECT_THAT(take_longs(2, "99999999999999999999 -99999999999999999999"),
               ElementsAre(2, LONG_MAX, LONG_MIN));
+}
+
+TEST(LongIntegers, AWordIsReadAsTheLibraryReadsIt) {
+  const std::string bytes = "0123456789012345678901234567890123456789-+.x\t";
+  std::mt19937 chance(3);
+  for (int run = 0; run < 20000; run++) {
+    std::string word(1, (char)('0' + chance() % 10));
+    for (unsigned nb = chance() % 24; nb > 0; nb--)
+      word += bytes[chance() % bytes.size()];
+    EXPECT_THAT(take_longs(1, word), ElementsAre(1, strtol(word.c_str(), nullptr, 10))) << word;
+  }
 }
 
 TEST(NumberField, ANumberIsCentredBetweenBlanks) {
