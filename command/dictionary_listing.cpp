@@ -6,7 +6,6 @@
 #include <string.h>
 
 #include <algorithm>
-#include <memory>
 #include <vector>
 
 #include "config/registry.h"
@@ -110,63 +109,114 @@ bool list_entries(Listing *listing) {
 // Reads the line at this offset. Returns false where it is not the line of an entry.
 bool read_entry_line(long offset, Trf_line_cursor *line) {
   line->next = offset;
-  line->nb_read = 0;
   return NEXT_LINE(line) && !IS_END_MARK(line->text) && line->text[0] == '#';
 }
 
-// The key of an entry's line; "" for a blank one.
+// The key of an entry's line, appended to the text; nothing for a blank one.
 //
 // QUIRK capital accents in a listing: only the capitals A to Z are made small before the accents
 // go, so that an accented capital becomes a plain capital and its word stands before every word in
-// small letters; one that keeps its accent (A, and a few rare ones) stands behind them all. One
-// would expect the same order for both; it is meant: the order then is the same on every machine,
-// whatever its language. Tests: DictionaryListing.AccentedCapitalStandsBeforeSmallLetters,
-// DictionaryListing.CapitalAWithAnAccentStandsBehindSmallLetters
-std::string key_of(const char *line) {
-  std::string key(line + 1, strcspn(line + 1, "*"));
-  std::transform(key.begin(), key.end(), key.begin(), g_ascii_tolower);
-  key.resize(2 * key.size() + 1, '\0'); // room for the second letters of ligatures
-  RM_ACCENTS(key.data());
-  key.resize(strlen(key.c_str()));
-  return key.find_first_not_of(' ') == std::string::npos ? "" : key;
+// small letters. One would expect the same order for both; it is meant: the order then is the same
+// on every machine, whatever its language. Test:
+// DictionaryListing.AccentedCapitalStandsBeforeSmallLetters
+void append_key(const char *line, std::string *text) {
+  size_t begin = text->size();
+  size_t length = strcspn(line + 1, "*");
+  text->resize(begin + 2 * length + 1, '\0'); // room for the second letters of ligatures
+  char *key = text->data() + begin;
+  std::transform(line + 1, line + 1 + length, key, [](char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+  });
+  RM_ACCENTS(key);
+  size_t length_of_key = key[strspn(key, " ")] == '\0' ? 0 : strlen(key);
+  text->resize(begin + length_of_key);
 }
 
-// Reads the line unless its key is known. A line that cannot be sorted ends the program.
-void read_key(int status, Trf_abc_line *entry, FILE *fp) {
-  if (entry->read)
-    return;
-  Trf_line_cursor line(fp);
-  if (!read_entry_line(entry->offset, &line))
-    STOP_PROGRAM(nullptr, status, "MERGE_ABC_FILE error %d \n", status);
-  entry->key = key_of(line.text);
-  entry->read = true;
-}
-
-// Writes the lines in their order.
+// Appends the line of the listing.
 //
 // QUIRK doubled sign: each line of the listing gets a "#" more and begins with "##". One would
 // expect the line of the index; it is meant: a line put into a dictionary as it stands borrows its
 // entry from the dictionary that owns it. Tests: DictionaryListing.EachLineBeginsWithTwoSigns,
 // DictionaryListing.ALineOfTheListingPutIntoADictionaryBorrowsItsEntry
-void write_sorted(Listing *listing, FILE *fp) {
-  Trf_line_cursor line(listing->fp);
-  for (int k = 1; k <= listing->nb; k++) {
-    if (!read_entry_line((*listing->posit)[k], &line))
-      STOP_PROGRAM(listing->book->fp_log, 14, "MERTU_DICO error 14 \n");
-    fprintf(fp, "#%s\n", line.text);
+void append_listed(const char *line, std::string *text) {
+  *text += '#';
+  *text += line;
+  *text += '\n';
+}
+
+// The first eight bytes, the first one highest: they compare as the texts do, but equal ones tell
+// nothing.
+uint64_t head_of(const char *key) {
+  uint64_t head = 0;
+  bool ended = false;
+  for (size_t i = 0; i < sizeof(head); i++) {
+    ended = ended || key[i] == '\0';
+    head = head << 8 | (ended ? 0U : static_cast<unsigned char>(key[i]));
+  }
+  return head;
+}
+
+// Reads the line unless its key is known. A line that cannot be sorted ends the program.
+void read_key(int status, Trf_abc_line *entry, Trf_abc_file *file) {
+  if (entry->key > 0)
+    return;
+  if (!read_entry_line(entry->offset, &file->line))
+    STOP_PROGRAM(nullptr, status, "MERGE_ABC_FILE error %d \n", status);
+  entry->key = file->text.size();
+  append_key(file->line.text, &file->text);
+  file->text += '\0';
+  append_listed(file->line.text, &file->text);
+  file->text += '\0';
+  entry->head = head_of(file->text.data() + entry->key);
+}
+
+int compare_lines(Trf_abc_line *left, Trf_abc_line *right, Trf_abc_file *file) {
+  read_key(13, left, file);
+  read_key(14, right, file);
+  if (left->head != right->head)
+    return left->head < right->head ? -1 : 1;
+  return strcmp(file->text.data() + left->key, file->text.data() + right->key);
+}
+
+// Sorts the lines that begin at posit[i0] to posit[i1]. Returns them, from element i0 on.
+std::vector<Trf_abc_line> sort_lines(int i0, int i1, long *posit, Trf_abc_file *file) {
+  std::vector<Trf_abc_line> lines(static_cast<size_t>(i1) + 1);
+  std::vector<Trf_abc_line> work(lines.size());
+  for (int i = i0; i <= i1; i++)
+    lines[static_cast<size_t>(i)].offset = posit[i];
+  MSORT_ABC_FILE(i0, i1, lines.data(), work.data(), file);
+  for (int i = i0; i <= i1; i++)
+    posit[i] = lines[static_cast<size_t>(i)].offset;
+  return lines;
+}
+
+// Writes the lines in their order, as the sort has read them. One line alone has not been read.
+void write_sorted(const Listing &listing, const std::vector<Trf_abc_line> &lines,
+                  Trf_abc_file *file, FILE *fp) {
+  for (int k = 1; k <= listing.nb; k++) {
+    Trf_abc_line line = lines[static_cast<size_t>(k)];
+    if (line.key == 0) {
+      if (!read_entry_line(line.offset, &file->line))
+        STOP_PROGRAM(listing.book->fp_log, 14, "MERTU_DICO error 14 \n");
+      append_listed(file->line.text, &file->text);
+    }
+    const char *key = file->text.data() + line.key;
+    fputs(key + strlen(key) + 1, fp);
   }
   fprintf(fp, "%s\n", END_MARK);
 }
 
-// Writes ./mertu_dico.
+// Sorts the lines listed and writes ./mertu_dico.
 void write_listing(Listing *listing) {
   Trf_book *book = listing->book;
+  Trf_abc_file file(listing->fp);
+  std::vector<Trf_abc_line> lines = sort_lines(1, listing->nb, *listing->posit, &file);
   FILE *fp = fopen(SORTED_NAME, "w");
   if (fp == nullptr) {
     cannot_write(SORTED_NAME, errno, book);
     return;
   }
-  write_sorted(listing, fp);
+  write_sorted(*listing, lines, &file, fp);
   bool failed = ferror(fp) != 0;
   if (fclose(fp) != 0 || failed)
     cannot_write(SORTED_NAME, errno, book);
@@ -187,38 +237,27 @@ void MERTU_DICO(Trf_book *book) {
   }
   Listing listing = {book, fp.get(), &book->t_posit->posit};
   begin_positions(&listing);
-  if (list_entries(&listing)) {
-    MERGESORT_ABC_FILE(1, listing.nb, *listing.posit, fp.get());
+  if (list_entries(&listing))
     write_listing(&listing);
-  }
   end_positions(&listing);
 }
 
 void MERGESORT_ABC_FILE(int i0, int i1, long *posit, FILE *fp) {
   if (i1 <= i0)
     return;
-  std::vector<Trf_abc_line> store(static_cast<size_t>(i1 - i0) + 1);
-  std::vector<Trf_abc_line *> lines(static_cast<size_t>(i1) + 1);
-  std::vector<Trf_abc_line *> work(lines.size());
-  for (int i = i0; i <= i1; i++) {
-    lines[static_cast<size_t>(i)] = &store[static_cast<size_t>(i - i0)];
-    lines[static_cast<size_t>(i)]->offset = posit[i];
-  }
-  MSORT_ABC_FILE(i0, i1, lines.data(), work.data(), fp);
-  for (int i = i0; i <= i1; i++)
-    posit[i] = lines[static_cast<size_t>(i)]->offset;
+  Trf_abc_file file(fp);
+  sort_lines(i0, i1, posit, &file);
 }
 
-void MSORT_ABC_FILE(int i0, int i1, Trf_abc_line **lines, Trf_abc_line **work, FILE *fp) {
-  SORT_HALVES(i0, i1, [lines, work, fp](int left, int mid, int right) {
-    MERGE_ABC_FILE(left, mid, right, lines, work, fp);
+void MSORT_ABC_FILE(int i0, int i1, Trf_abc_line *lines, Trf_abc_line *work, Trf_abc_file *file) {
+  SORT_HALVES(i0, i1, [lines, work, file](int left, int mid, int right) {
+    MERGE_ABC_FILE(left, mid, right, lines, work, file);
   });
 }
 
-void MERGE_ABC_FILE(int i0, int m, int i1, Trf_abc_line **lines, Trf_abc_line **work, FILE *fp) {
-  MERGE_RUNS(i0, m, i1, lines, work, [fp](Trf_abc_line *left, Trf_abc_line *right) {
-    read_key(13, left, fp);
-    read_key(14, right, fp);
-    return left->key.compare(right->key);
+void MERGE_ABC_FILE(int i0, int m, int i1, Trf_abc_line *lines, Trf_abc_line *work,
+                    Trf_abc_file *file) {
+  MERGE_RUNS(i0, m, i1, lines, work, [file](Trf_abc_line &left, Trf_abc_line &right) {
+    return compare_lines(&left, &right, file);
   });
 }

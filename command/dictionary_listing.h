@@ -14,11 +14,14 @@
 #ifndef MERTU_COMMAND_DICTIONARY_LISTING_H
 #define MERTU_COMMAND_DICTIONARY_LISTING_H
 
+#include <limits.h>
+#include <stdint.h>
 #include <stdio.h>
 
 #include <string>
 
 #include "util/book.h"
+#include "util/line_reader.h"
 
 // Writes ./mertu_dico1 and ./mertu_dico; nothing, no file either, when nbt_lesson is below 1.
 // Each dictionary is read once however often it is listed, from its index, whose first 10000 lines
@@ -42,20 +45,32 @@ void MERTU_DICO(Trf_book *book);
 // "MERGE_ABC_FILE error 14 \n" for that of the right run. The left one is looked at first.
 void MERGESORT_ABC_FILE(int i0, int i1, long *posit, FILE *fp);
 
-// A line being sorted.
-struct Trf_abc_line {
-  long offset = 0;   // where it begins in the file
-  bool read = false; // the key is known
-  std::string key;   // "" for a line whose key is blank
+// The file whose lines are sorted, and what has been read of it: for each line its key and, behind
+// it, the line of the listing, both ended by a NUL. The first byte is nobody's.
+struct Trf_abc_file {
+  Trf_line_cursor line; // over its lines; the stream is borrowed
+  std::string text = std::string(1, '\0');
+
+  explicit Trf_abc_file(FILE *fp) : line(fp) {
+    line.limit = LONG_MAX;
+  }
 };
 
-// Sorts the lines lines[i0] to lines[i1], which are moved, not copied.
-// work: the scratch array, with elements i0 to i1. Ends of the program: as MERGESORT_ABC_FILE.
-void MSORT_ABC_FILE(int i0, int i1, Trf_abc_line **lines, Trf_abc_line **work, FILE *fp);
+// A line being sorted. What decides most comparisons stands in it.
+struct Trf_abc_line {
+  uint64_t head = 0; // the first eight bytes of its key, the first one highest
+  size_t key = 0;    // where its key begins in Trf_abc_file::text; 0 until it has been read
+  long offset = 0;   // where it begins in the file
+};
+
+// Sorts the lines lines[i0] to lines[i1]. work: the scratch array, with elements i0 to i1. Ends of
+// the program: as MERGESORT_ABC_FILE.
+void MSORT_ABC_FILE(int i0, int i1, Trf_abc_line *lines, Trf_abc_line *work, Trf_abc_file *file);
 
 // Merges the sorted runs lines[i0] to lines[m] and lines[m + 1] to lines[i1]. An element of the
 // right run goes first only where its key is the smaller one. work and the ends of the program: as
 // MSORT_ABC_FILE.
-void MERGE_ABC_FILE(int i0, int m, int i1, Trf_abc_line **lines, Trf_abc_line **work, FILE *fp);
+void MERGE_ABC_FILE(int i0, int m, int i1, Trf_abc_line *lines, Trf_abc_line *work,
+                    Trf_abc_file *file);
 
 #endif

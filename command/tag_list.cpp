@@ -61,6 +61,7 @@ int number_of(const std::string &tag, Trf_tags *tags) {
   int number = ++tags->classmt.nb;
   tags->classmt.order[number] = number;
   tags->text.push_back(tag);
+  tags->counted.push_back(0);
   tags->number[tag] = number;
   return number;
 }
@@ -78,17 +79,6 @@ const char *tags_of_line(const char *line) {
   return star == nullptr ? nullptr : star + 1;
 }
 
-// The tags of a name line, each once.
-std::vector<std::string> tags_of_entry(const char *line) {
-  std::vector<std::string> found;
-  const char *rest = tags_of_line(line);
-  std::string tag;
-  while (rest != nullptr && TAGGED_WORD_LINE(&rest, &tag))
-    if (std::find(found.begin(), found.end(), tag) == found.end())
-      found.push_back(tag);
-  return found;
-}
-
 bool read_asked(int sens, Trf_idx1_walk *walk) {
   long values[NB_FIELDS + 1] = {};
   if (!NEXT_HISTORY(sens, walk, values))
@@ -96,9 +86,16 @@ bool read_asked(int sens, Trf_idx1_walk *walk) {
   return values[1] >= 1 || values[2] >= 1;
 }
 
+// Counts each of an entry's tags once.
 void count_entry(const char *line, const Asked &asked, Trf_tags *tags) {
-  for (const std::string &tag : tags_of_entry(line)) {
+  const char *rest = tags_of_line(line);
+  std::string tag;
+  tags->nb_entries++;
+  while (rest != nullptr && TAGGED_WORD_LINE(&rest, &tag)) {
     int number = number_of(tag, tags);
+    if (tags->counted[static_cast<size_t>(number)] == tags->nb_entries)
+      continue;
+    tags->counted[static_cast<size_t>(number)] = tags->nb_entries;
     tags->classmt.value[number]++;
     tags->classmt.nk_QR[number] += asked.QR ? 1 : 0;
     tags->classmt.nk_RQ[number] += asked.RQ ? 1 : 0;

@@ -32,6 +32,8 @@ struct Trf_tags {
   Trf_classmt classmt;
   std::vector<std::string> text = {""};        // element k: tag k as written; element 0 is no tag
   std::unordered_map<std::string, int> number; // the number of each tag
+  std::vector<long> counted = {0}; // element k: the entry that tag k was counted for last
+  long nb_entries = 0;             // entries looked at
 
   Trf_tags() = default;
   Trf_tags(const Trf_tags &) = delete;

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <string>
 
@@ -46,7 +47,7 @@ struct Bare_letter {
   char bare;
 };
 
-const Bare_letter BARE_LETTERS[] = {
+constexpr Bare_letter BARE_LETTERS[] = {
     {0xE0, 0xE5, 'a'}, {0xE7, 0xE7, 'c'}, {0xE8, 0xEB, 'e'}, {0xEE, 0xEF, 'i'}, {0xF1, 0xF1, 'n'},
     {0xF4, 0xF4, 'o'}, {0xF6, 0xF6, 'o'}, {0xF9, 0xF9, 'u'}, {0xFB, 0xFC, 'u'}, {0xC7, 0xC7, 'C'},
     {0xC8, 0xCB, 'E'}, {0xCE, 0xCF, 'I'}, {0xD1, 0xD1, 'N'}, {0xD4, 0xD4, 'O'}, {0xD6, 0xD6, 'O'},
@@ -59,6 +60,23 @@ bool is_one_of(char byte, const char *bytes) {
 
 bool is_ligature(char byte) {
   return byte == '\346' || byte == '\306'; // small and capital ae
+}
+
+// Every byte without its accent.
+constexpr std::array<char, 256> bare_bytes() {
+  std::array<char, 256> bare = {};
+  for (size_t byte = 0; byte < bare.size(); byte++)
+    bare[byte] = (char)byte;
+  for (const Bare_letter &letter : BARE_LETTERS)
+    for (size_t byte = letter.first; byte <= letter.last; byte++)
+      bare[byte] = letter.bare;
+  return bare;
+}
+constexpr std::array<char, 256> BARE = bare_bytes();
+
+// Whether a key holds this byte as the text does, wherever it stands.
+bool stays(char byte) {
+  return byte != 0 && byte != '\\' && !is_ligature(byte) && BARE[(unsigned char)byte] == byte;
 }
 
 // Whether the two bytes behind a backslash are the letters of ae, oe, AE or OE.
@@ -207,9 +225,12 @@ void TRO_ACCENT(int *i, int *j, char *s1) {
 
 void RM_ACCENTS(char *s1) {
   const int length = (int)strlen(s1);
-  int j = -1;
+  int begin = 0;
+  while (stays(s1[begin]))
+    begin++;
+  int j = begin - 1;
   int nb = 0;
-  for (int i = 0; i <= length; i++) {
+  for (int i = begin; i <= length; i++) {
     if (s1[i] != '\\') {
       WORK_ACCENT(&i, &nb, s1);
       s1[++j] = s1[i];
@@ -234,11 +255,7 @@ void WORK_RM_ACCENT(int *i, int *j, char *s1) {
 }
 
 void WORK_ACCENT(int *i, int *nb, char *s1) {
-  unsigned char byte = (unsigned char)s1[*i];
   if (is_ligature(s1[*i]))
     ++*nb;
-  for (const Bare_letter &letter : BARE_LETTERS) {
-    if (byte >= letter.first && byte <= letter.last)
-      s1[*i] = letter.bare;
-  }
+  s1[*i] = BARE[(unsigned char)s1[*i]];
 }
