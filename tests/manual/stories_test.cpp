@@ -369,11 +369,20 @@ INSTANTIATE_TEST_SUITE_P(Manual, Manual_stories, testing::ValuesIn(CHAPTERS_OF(M
                            return "Chapter" + std::to_string(one.index);
                          });
 
-TEST(FormatsPage, EveryByteIsTrue) {
+// A page told as one story.
+static void tell_page(const std::string &page) {
   Story story;
-  for (const Manual_chapter &chapter : CHAPTERS_OF("docs/formats.md"))
+  for (const Manual_chapter &chapter : CHAPTERS_OF(page))
     for (const Manual_block &block : chapter.blocks)
       story.tell(block);
+}
+
+TEST(FormatsPage, EveryByteIsTrue) {
+  tell_page("docs/formats.md");
+}
+
+TEST(ReadmePage, EveryExampleIsTrue) {
+  tell_page("README.md");
 }
 
 TEST(ManualPage, HasTenChaptersAndEachHasExamples) {

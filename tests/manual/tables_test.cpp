@@ -140,6 +140,24 @@ TEST(ManualTables, EveryLineOfTheLeftSideIsTold) {
   EXPECT_EQ(missing(written, told_in("pane")), "");
 }
 
+TEST(ManualTables, TheReadmeTellsEveryKeyAndEveryCommand) {
+  std::string readme = BYTES_OF_FILE("README.md");
+  Texts spans = matches(readme, "`([!A-Za-z][A-Za-z0-9_ /]*)`");
+  Texts told;
+  for (const std::string &span : spans)
+    told.insert(span.substr(0, span.find(' ')));
+  told.insert({"Color_1_dico", "Color_2_dico", "Color_3_dico"}); // "to"
+  told.insert("!ntagrq");                                        // as "!tagrq"
+  told.insert("!tagqr");
+  Texts forms =
+      matches(BYTES_OF_FILE("command/command_forms.cpp"), "\\{\"(!?[a-z]+)\", *[A-Z]+_END");
+  EXPECT_EQ(missing(forms, told), "");
+  EXPECT_EQ(missing(matches(BYTES_OF_FILE("config/config_file.cpp"),
+                            "\\{\"([A-Z][A-Za-z0-9_]*)\", *[a-z_0-9]+, *[0-9]\\}"),
+                    told),
+            "");
+}
+
 TEST(ManualTables, EveryQuestionAndNoticeIsTold) {
   Texts asked;
   for (const std::string &text : all_sources())
@@ -178,7 +196,7 @@ TEST(ManualTables, EveryCommandIsTold) {
 
 TEST(ManualTables, NoCommandInTheTextIsUnknown) {
   Texts forms = matches(BYTES_OF_FILE("command/command_forms.cpp"), "\\{\"(![a-z]+)\"");
-  Texts typed = matches(BYTES_OF_FILE(MANUAL), "`(![a-z]+)[ `]");
+  Texts typed = matches(BYTES_OF_FILE(MANUAL) + BYTES_OF_FILE("README.md"), "`(![a-z]+)[ `]");
   EXPECT_GE(typed.size(), 15u);
   EXPECT_EQ(missing(typed, forms), "");
 }
