@@ -95,6 +95,17 @@ TEST(Pages, FilesThatTheyNameAreThere) {
           << page << ": " << place;
 }
 
+TEST(Pages, TheTourNamesEveryModule) {
+  std::string tour = BYTES_OF_FILE("docs/architecture.md");
+  for (const char *folder :
+       {"util", "score", "sound", "config", "db", "lesson", "text", "quiz", "command", "app"})
+    for (const auto &entry : fs::directory_iterator(fs::path(MERTU_SOURCE) / folder))
+      if (entry.path().extension() == ".h") {
+        std::string module = std::string(folder) + "/" + entry.path().stem().string();
+        EXPECT_NE(tour.find("`" + module), std::string::npos) << module;
+      }
+}
+
 // The lengths of the procedures of a source file, from the line with their "{" to that with "}".
 static std::vector<int> lengths_of(const Lines &lines) {
   std::vector<int> lengths;

@@ -18,6 +18,7 @@
 //   in NAME         lines of the file, in this order
 //   bytes NAME      all bytes of the file; line ends are written "\\r" and "\\n"
 //   ends STATUS     the program, started anew, ends with this status and says these lines
+//   says            the program, started anew, says these lines and goes on
 //   recording NAME  a recording lies there (of which nothing is played)
 //   table, shell    not for this test; neither is a kind that quotes a source file
 #include "support/prelude.h"
@@ -175,6 +176,7 @@ public:
         {"bytes", &Story::compare},
         {"recording", &Story::put_recording},
         {"ends", &Story::end},
+        {"says", &Story::say},
         {"table", &Story::pass},
         {"sh", &Story::pass},
         {"shell", &Story::pass}};
@@ -346,6 +348,17 @@ private:
     EXPECT_TRUE(in_order(block.lines, lines_of(program.output()), &missing))
         << missing << "\nis not in\n"
         << program.output();
+  }
+
+  void say(const Manual_block &block) {
+    leave();
+    Scratch_dir dir;
+    for (const auto &[name, bytes] : files_)
+      dir.write(name, bytes);
+    Program program("mertu.x", dir.path());
+    EXPECT_TRUE(program.says("Mertu is ready"));
+    for (const std::string &line : told(block.lines))
+      EXPECT_TRUE(program.says(line)) << line;
   }
 
   std::unique_ptr<Test_window> window_;
