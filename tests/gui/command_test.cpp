@@ -374,6 +374,34 @@ TEST(Command, WhileTheQuestionStandsTheEntryTakesNothing) {
   window.expect_opened(2, "bb");
 }
 
+TEST(Command, ALessonThatMovesOnUnderTheQuestionEndsIt) {
+  Commands window;
+  window.drill();
+  window.dialogs.will_do([](GtkWidget *dialog) {
+    LESSON_MOVES_ON();
+    QUEUE_ANSWER(dialog, GTK_RESPONSE_NO);
+  });
+  window.type("2");
+  EXPECT_EQ(window.dialogs.seen.size(), 1u);
+  EXPECT_EQ(window.book->ilesson, 1);
+  EXPECT_EQ(window.book->start_lesson, 3);
+}
+
+TEST(Command, ADoublePressInTheEntryIsLeftToIt) {
+  Commands window;
+  GtkWidget *entry = window.book->entry_book;
+  gtk_entry_set_text(GTK_ENTRY(entry), "!help");
+  for (const auto &[type, left] :
+       {std::pair<GdkEventType, const char *>{GDK_2BUTTON_PRESS, "!help"},
+        {GDK_BUTTON_PRESS, ""}}) {
+    gtk_editable_select_region(GTK_EDITABLE(entry), 0, -1);
+    GdkEvent *event = gdk_event_new(type);
+    EXPECT_FALSE(clean_entry_book(entry, event, window.book));
+    gdk_event_free(event);
+    EXPECT_EQ(window.command(), left);
+  }
+}
+
 TEST(Command, TheTextStaysInTheEntry) {
   Commands window;
   for (const char *text : {"!new rq", "!tag Verbes", "  2", "nix", "!sound"}) {
