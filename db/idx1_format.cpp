@@ -17,25 +17,19 @@ const size_t TAB_ROOM = 8;
 
 std::string decoded(const std::string &text) {
   std::string buffer(text);
-  buffer.resize(TAB_ROOM * text.size() + 1, '\0');
+  size_t nb_tabs = (size_t)std::count(text.begin(), text.end(), '\t');
+  buffer.resize(text.size() + nb_tabs * TAB_ROOM + 1, '\0');
   DECODE_ACCENTS(buffer.data());
   buffer.resize(strlen(buffer.c_str()));
   return buffer;
 }
 
-bool is_blank(char byte) {
-  return byte == ' ' || byte == '\t';
-}
-
 // The text with every run of blanks and tabs folded to one blank.
-std::string folded(const std::string &text) {
-  std::string result;
-  for (char byte : text)
-    if (!is_blank(byte))
-      result += byte;
-    else if (result.empty() || result.back() != ' ')
-      result += ' ';
-  return result;
+std::string folded(std::string text) {
+  std::replace(text.begin(), text.end(), '\t', ' ');
+  auto both_blank = [](char left, char right) { return left == ' ' && right == ' '; };
+  text.erase(std::unique(text.begin(), text.end(), both_blank), text.end());
+  return text;
 }
 
 std::string reference(const char *s_alias, long offset) {

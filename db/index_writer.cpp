@@ -68,10 +68,11 @@ void write_trailer(const Trf_index_job &job) {
 // Test: Idx1Dico.ANameWithoutTheLetterThatKeptItsLineIsNotFoundAgain
 void write_entry(const std::string &name_line, Trf_index_job *job) {
   job->nb_entries++;
-  fprintf(job->fpi, "%s \r\n", name_line.c_str());
   Trf_history_lines history =
       job->source->history_of(QUESTION_OF_NAME_LINE(name_line), job->source->from);
-  fprintf(job->fpi, "%s\r\n%s\r\n", history.qr.c_str(), history.rq.c_str());
+  std::string record = name_line + " \r\n";
+  record.append(history.qr).append("\r\n").append(history.rq).append("\r\n");
+  fwrite(record.data(), 1, record.size(), job->fpi);
 }
 
 // Reads the next line, cut. Returns false at the end of the file, at the END_OF_FILE line (*ended)

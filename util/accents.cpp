@@ -137,10 +137,13 @@ void bind_mark(const std::string &source, int *i, int *j, char *s1) {
 // Test: Accents.BackslashAmongTheLastTwoBytesVanishes
 void decode(char *s1, bool french) {
   expand_tabs(s1);
-  const std::string source(s1);
-  const int length = (int)source.size();
-  int j = -1;
-  for (int i = 0; i <= length; i++) {
+  const std::string source(french ? s1 : "");
+  const int length = (int)strlen(s1);
+  int begin = 0;
+  while (!french && s1[begin] != 0 && s1[begin] != '\\' && straight(s1[begin]) == s1[begin])
+    begin++;
+  int j = begin - 1;
+  for (int i = begin; i <= length; i++) {
     if (s1[i] != '\\') {
       s1[++j] = straight(s1[i]);
       if (french)
