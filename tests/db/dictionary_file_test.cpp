@@ -98,6 +98,14 @@ TEST(DicoLine, OtherLinesAreFreeText) {
   EXPECT_EQ(kind_of("!# fr1"), DICO_TEXT);
 }
 
+TEST(DicoLine, EveryOtherKindIsAboutItsWholeLine) {
+  std::string about;
+  for (const char *line : {"R>the house #1", "  #   ", " text ###### text", "xEND_OF_FILEx"}) {
+    kind_of(line, &about);
+    EXPECT_EQ(about, line);
+  }
+}
+
 TEST(DicoLine, SixMarksAnywhereOpenASection) {
   EXPECT_EQ(kind_of("######"), DICO_SECTION);
   EXPECT_EQ(kind_of("text ####### text"), DICO_SECTION);

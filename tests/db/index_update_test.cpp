@@ -245,6 +245,17 @@ TEST(CpyAllLessons, CopiesWhatIsNewerThanItsCopyOrHasNone) {
                                "CPY_ALL_LESSONS updated lesson=2  s_cpy=./CPY/two \n");
 }
 
+TEST(CpyAllLessons, ACopyWithNothingChangedIsToldToo) {
+  Home home;
+  Test_registry registry({"./one"});
+  home.dir.write("one", "#a * 1");
+  home.dir.write("CPY/one", "older");
+  make_older("CPY/one", 100);
+  CPY_ALL_LESSONS(home.log.get(), &registry.record);
+  EXPECT_EQ(home.dir.read("CPY/one"), "#a * 1");
+  EXPECT_THAT(home.logged(), HasSubstr("CPY_ALL_LESSONS updated lesson=1  s_cpy=./CPY/one \n"));
+}
+
 TEST(CpyAllLessons, AFileOfTheSameSecondIsNotCopied) {
   Home home;
   Test_registry registry({"./one"});

@@ -2,6 +2,7 @@
 #include "db/mend_forgotten.h"
 
 #include "db_files.h"
+#include "support/killed.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -169,6 +170,15 @@ TEST(MendForgotten, AFileThatCannotBeMendedEndsTheProgramAndStaysNoted) {
   ENDS_WITH_STATUS(MEND_FORGOTTEN(log.get()), 1, text);
   EXPECT_EQ(dir.read("log"), text);
   EXPECT_TRUE(dir.exists("mertu_erased"));
+}
+
+TEST(MendForgotten, TheNoteIsOnTheDiskUnderItsName) {
+  // Four calls, each with a moment before and one after: a new file left behind is taken away, and
+  // the bytes, the name and the directory go to the disk.
+  Scratch_dir dir;
+  auto note = [] { NOTE_ERASED({"./IDX1/idx1_a"}, nullptr); };
+  EXPECT_TRUE(KILLED_RUN(note, 8, 0));
+  EXPECT_FALSE(KILLED_RUN(note, 9, 0));
 }
 
 TEST(MendForgotten, WithoutANoteNothingIsTouched) {

@@ -89,6 +89,19 @@ int searched(const std::string &ss_words, const std::string &question) {
 
 } // namespace
 
+TEST(OldIndex, EveryArrayIsFreedAndNull) {
+  Trf_classmt classmt;
+  INIT_CLASSMT(nullptr, nullptr, nullptr, &classmt);
+  classmt.nk_QR = g_new0(long, 5);
+  classmt.nk_RQ = g_new0(long, 5);
+  FREE_CLASSMT(&classmt);
+  EXPECT_EQ(classmt.order, nullptr);
+  EXPECT_EQ(classmt.value, nullptr);
+  EXPECT_EQ(classmt.nk_QR, nullptr);
+  EXPECT_EQ(classmt.nk_RQ, nullptr);
+  EXPECT_EQ(classmt.ss_words, nullptr);
+}
+
 TEST(ClassOldWords, StartsWithRoomForTwentyRecordsAndAStar) {
   Old old("");
   EXPECT_EQ(old.record.nb, 0);

@@ -123,6 +123,23 @@ TEST(RazLesson, WordsOfOtherDictionariesAreForgottenThere) {
   EXPECT_EQ(desk.dir.read("mertu_erased"), "./IDX1/idx1_one\n./IDX1/idx1_two\n");
 }
 
+TEST(RazLesson, ALongLessonIsForgottenToItsEnd) {
+  const int NB_WORDS = 5100; // more than 10000 lines
+  Record_desk desk;
+  GROW_POSIT(NB_WORDS + 1, &desk.table);
+  Fields fields = {3, 2, 2900, 2800};
+  std::string name_line =
+      desk.entry("one", "mot", Record_desk::line(fields) + Record_desk::line(fields));
+  for (int i = 0; i < NB_WORDS; i++)
+    desk.known(desk.take(name_line), fields, fields);
+  desk.word("two", "tag", fields);
+  desk.write();
+  SCRIPT().answer = ANSWER_YES;
+  desk.raz();
+  EXPECT_EQ(desk.idx1("one"), desk.with(0, BLANK + BLANK));
+  EXPECT_EQ(desk.idx1("two"), desk.with(1, BLANK + BLANK));
+}
+
 TEST(RazLesson, FilesThatCannotBeOpenedAreToldUnderTheNameOfTheRecording) {
   Record_desk desk;
   desk.word("one", "mot", {3, 2, 2900, 2800});

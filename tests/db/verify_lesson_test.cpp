@@ -77,6 +77,14 @@ TEST(VerifLesson, ACountAbove10000EndsTheProgramWithStatus1) {
   }
 }
 
+TEST(VerifLesson, ACountOf10000IsNoFault) {
+  Record_desk desk;
+  desk.word("one", "mot", {10000, 10000, 2900, 2800}, {10000, 10000, 2000, 2100});
+  desk.write();
+  verify(&desk);
+  EXPECT_EQ(desk.log(), "VERIF_LESSON 1 DONE  nb_errors=0\n");
+}
+
 TEST(VerifLesson, TheStreamStaysOpenAndAtItsEnd) {
   Record_desk desk;
   desk.book.ilesson = 0;

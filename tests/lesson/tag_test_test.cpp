@@ -33,6 +33,15 @@ TEST(NoTag, AMarkBetweenBlanksIsUntagged) {
   EXPECT_EQ(notag(" Q12 R3 "), 1);
 }
 
+TEST(NoTag, AnyDigitMakesAMark) {
+  for (char digit = '0'; digit <= '9'; digit++) {
+    EXPECT_EQ(notag(std::string(" Q") + digit + " "), 1) << digit;
+    EXPECT_EQ(notag(std::string(" R") + digit), 1) << digit;
+  }
+  EXPECT_EQ(notag(" Q/ "), 0);
+  EXPECT_EQ(notag(" Q: "), 0);
+}
+
 TEST(NoTag, AMarkAtTheEndIsUntagged) {
   EXPECT_EQ(notag(" Q12"), 1);
   EXPECT_EQ(notag(" R3"), 1);
