@@ -17,7 +17,7 @@ const int START_LSS_WORDS = 30;
 const int NB_SPARE = 5;
 
 void allocate_arrays(Trf_classmt *old) {
-  size_t nb = (size_t)(old->nb_tot + NB_SPARE);
+  size_t nb = (size_t)old->nb_tot + NB_SPARE;
   old->order = (int *)g_realloc(old->order, nb * sizeof(int));
   old->value = (long *)g_realloc(old->value, nb * sizeof(long));
 }
