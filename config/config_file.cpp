@@ -1,6 +1,7 @@
 // The settings file mertu.conf: its keys, its defaults and the reading of it.
 #include "config/config_file.h"
 
+#include <errno.h>
 #include <glib.h>
 #include <string.h>
 
@@ -179,6 +180,9 @@ void FURCH_SET(Prenestro *Caract_win, Trf_book *book, Trf_string *G_dico, char *
   reading.fp = file.get();
   while (READ_CONF_LINE(reading.line, CONF_LINE, reading.fp))
     read_line(&reading);
+  int reason = errno;
+  if (ferror(reading.fp))
+    STOP_PROGRAM(nullptr, 1, "cannot read file %s: %s \n", CONF_FILE, strerror(reason));
   LIST_IDX1_PATHS(G_dico);
   book->nbt_lesson = KLASK_NB_PAJ(G_dico->st_lesson);
 }

@@ -1,6 +1,7 @@
 // The list of aliases, built from the working copies at start-up.
 #include "db/alias_list.h"
 
+#include <errno.h>
 #include <glib.h>
 #include <string.h>
 
@@ -21,6 +22,9 @@ std::string alias_of(FILE *fp_log, int num, Trf_string *G_dico) {
   if (file == nullptr)
     STOP_PROGRAM(fp_log, 32, "MAKE_ST_ALIAS error 32 CPY for lesson %d not found \n", num);
   Owned_text alias(EXTRACT_SHABANG(file.get()));
+  int reason = errno;
+  if (ferror(file.get()))
+    STOP_PROGRAM(fp_log, 1, "cannot read file %s: %s \n", copy.get(), strerror(reason));
   if (alias == nullptr) {
     Owned_text lesson(S_LESSON_FROM_NUM(num, G_dico));
     STOP_PROGRAM(fp_log, 32, "MAKE_ST_ALIAS no alias in file %s STOP \n", lesson.get());

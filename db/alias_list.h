@@ -11,7 +11,8 @@
 // fp_log: the log, or null. Reads the working copy of every dictionary.
 // Ends of the program: 32 "MAKE_ST_ALIAS error 32 CPY for lesson %d not found " where a working
 // copy does not open; 32 "MAKE_ST_ALIAS no alias in file %s STOP " (the dictionary's path) where a
-// dictionary has no alias: the aliases behind it would name the wrong dictionaries.
+// dictionary has no alias: the aliases behind it would name the wrong dictionaries; 1 "cannot read
+// file %s: %s \n" where a working copy cannot be read.
 void MAKE_ST_ALIAS(FILE *fp_log, Trf_string *G_dico);
 
 #endif

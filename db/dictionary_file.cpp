@@ -53,7 +53,7 @@ char *EXTRACT_SHABANG(FILE *fp) {
     alias = alias_behind(mark + strlen(ALIAS_MARK));
     break;
   }
-  rewind(fp);
+  fseek(fp, 0, SEEK_SET); // a fault of reading stays with the stream
   return alias;
 }
 

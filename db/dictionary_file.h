@@ -25,10 +25,11 @@ const int MAX_DICO_LINES = 10000; // lines of a dictionary that the index reads
 enum Trf_dico_line { DICO_TEXT, DICO_ENTRY, DICO_NONAME, DICO_DOUBLE, DICO_SECTION, DICO_END };
 
 // The alias of a dictionary: in the first line whose first 99 bytes hold "!#", the run of letters,
-// digits, '-' and '_' behind it and any blanks. fp: the dictionary or its working copy; rewound.
-// Returns a new string, which the caller frees with g_free, or null where there is no such line or
-// no alias character stands there.
-// Ends the program with status 91, "EXTRACT_SHABANG error mem STOP ", when the alias would not fit.
+// digits, '-' and '_' behind it and any blanks. fp: the dictionary or its working copy; goes back
+// to its start. Where reading failed (ferror tells) what is returned is not to be trusted. Returns
+// a new string, which the caller frees with g_free, or null where there is no such line or no alias
+// character stands there. Ends the program with status 91, "EXTRACT_SHABANG error mem STOP ", when
+// the alias would not fit.
 char *EXTRACT_SHABANG(FILE *fp);
 
 // What a line of a dictionary is. *text (where text is not null) becomes what the kind is about,

@@ -2,6 +2,7 @@
 // history.
 #include "db/generated_lesson.h"
 
+#include <errno.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -16,21 +17,21 @@ bool is_gene_name(const char *line) {
   return line[0] == '#' && strchr(line, '*') != nullptr && !IS_END_MARK(line);
 }
 
-// The first word of the line just read, as its bytes stand in the file: a path holds any letter,
-// and is not the same in another encoding.
-std::string first_word_as_written(const Trf_line_cursor &line) {
+// Takes the first word of the line just read, as its bytes stand in the file: a path holds any
+// letter, and is not the same in another encoding. False where they cannot be read.
+bool take_first_word(const Trf_line_cursor &line, std::string *path) {
   std::string bytes((size_t)(line.next - line.start), '\0');
   ssize_t nb = pread(fileno(line.fp), bytes.data(), bytes.size(), line.start);
   bytes.resize(nb > 0 ? (size_t)nb : 0);
   const char *word = bytes.c_str() + strspn(bytes.c_str(), " \t");
-  return std::string(word, strcspn(word, " \t\r\n"));
+  path->assign(word, strcspn(word, " \t\r\n"));
+  return nb >= 0;
 }
 
-// Takes the second line, just read, apart; false where it holds no offset.
-bool split_reference(const Trf_line_cursor &line, Trf_gene_record *record) {
+// Takes the offset of the second line; false where there is none.
+bool take_offset(Trf_gene_record *record) {
   const char *word = record->reference.c_str();
   word += strspn(word, " ");
-  record->path = first_word_as_written(line);
   const char *star = strchr(word + strcspn(word, " "), '*');
   if (star == nullptr || strlen(star) < STAR_TO_OFFSET)
     return false;
@@ -38,6 +39,17 @@ bool split_reference(const Trf_line_cursor &line, Trf_gene_record *record) {
   EXTR_N_LINT(1, const_cast<char *>(star + STAR_TO_OFFSET), taken);
   record->history = taken[1];
   return taken[0] > 0;
+}
+
+// Reads the next line, and clears the stream's fault where that fails.
+Trf_gene_result read_line(Trf_line_cursor *cursor, Trf_gene_result where_none) {
+  bool found = NEXT_LINE(cursor);
+  int reason = errno;
+  if (!ferror(cursor->fp))
+    return found ? GENE_RECORD : where_none;
+  clearerr(cursor->fp);
+  errno = reason;
+  return GENE_UNREAD;
 }
 
 } // namespace
@@ -68,15 +80,19 @@ void APPEND_GENE_TRAILER(FILE *fp_gene) {
 
 Trf_gene_result READ_GENE_RECORD(Trf_line_cursor *cursor, Trf_gene_record *record) {
   *record = Trf_gene_record();
-  if (!NEXT_LINE(cursor))
-    return GENE_NO_NAME;
+  Trf_gene_result result = read_line(cursor, GENE_NO_NAME);
+  if (result != GENE_RECORD)
+    return result;
   record->name = cursor->text;
   if (!is_gene_name(cursor->text))
     return GENE_NO_NAME;
   const char *alias = strchr(cursor->text, '*') + 1;
   record->alias.assign(alias, strcspn(alias, " "));
-  if (!NEXT_LINE(cursor))
-    return GENE_NO_REFERENCE;
+  result = read_line(cursor, GENE_NO_REFERENCE);
+  if (result != GENE_RECORD)
+    return result;
   record->reference = cursor->text;
-  return split_reference(*cursor, record) ? GENE_RECORD : GENE_NO_OFFSET;
+  if (!take_first_word(*cursor, &record->path))
+    return GENE_UNREAD;
+  return take_offset(record) ? GENE_RECORD : GENE_NO_OFFSET;
 }

@@ -50,7 +50,8 @@ enum Trf_gene_result {
   GENE_RECORD,       // a whole record
   GENE_NO_NAME,      // the first line is none: the end of the file or of the lesson, no '#', no '*'
   GENE_NO_REFERENCE, // the second line is missing
-  GENE_NO_OFFSET     // the second line has no '*' or no number two characters behind it
+  GENE_NO_OFFSET,    // the second line has no '*' or no number two characters behind it
+  GENE_UNREAD        // reading failed, errno tells why; the stream's fault is cleared
 };
 
 // Reads the record at cursor->next (set it to an entry's `posit`, or leave it behind the record

@@ -2,10 +2,24 @@
 // history lines of an entry.
 #include "db/idx1_walk.h"
 
+#include <errno.h>
 #include <limits.h>
+#include <string.h>
 
 #include "util/day_number.h"
 #include "util/report.h"
+
+namespace {
+
+// A fault of the disk looks like the end of a line or of the file: what is read from there on would
+// be taken for the history of another entry.
+void stop_where_unreadable(const Trf_idx1_walk &walk) {
+  int reason = errno;
+  if (ferror(walk.line.fp))
+    STOP_PROGRAM(walk.fp_log, 1, "cannot read file %s: %s \n", walk.path, strerror(reason));
+}
+
+} // namespace
 
 Trf_idx1_walk::Trf_idx1_walk(FILE *fp, const char *s_idx1, FILE *log,
                              const Trf_walk_texts *walk_texts)
@@ -35,7 +49,9 @@ void TELL_WHERE_CUT(const char *path, Trf_idx1_walk *walk) {
 }
 
 bool NEXT_IDX1_LINE(Trf_idx1_walk *walk) {
-  return NEXT_LINE(&walk->line) && !IS_END_MARK(walk->line.text);
+  bool found = NEXT_LINE(&walk->line);
+  stop_where_unreadable(*walk);
+  return found && !IS_END_MARK(walk->line.text);
 }
 
 Trf_walk_line NEXT_NAME(Trf_idx1_walk *walk) {
@@ -47,7 +63,9 @@ Trf_walk_line NEXT_NAME(Trf_idx1_walk *walk) {
 
 char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk) {
   walk->history.next = walk->line.next;
-  if (!NEXT_LINE(&walk->history))
+  bool found = NEXT_LINE(&walk->history);
+  stop_where_unreadable(*walk);
+  if (!found)
     return nullptr;
   walk->line.next = walk->history.next;
   return walk->history.text;

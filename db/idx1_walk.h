@@ -1,6 +1,9 @@
 // The one cursor over an idx1 file: past its header, from name line to name line, and the two
 // history lines of an entry. The format is told in db/idx1_format.h.
 //
+// Where reading fails behind the header, every step ends the program with status 1: "cannot read
+// file %s: %s \n" (the path, and the reason) in the log and on standard output.
+//
 //   static const Trf_walk_texts texts = {"INIT_LESSON and CHECK_4LINT",
 //                                        "INIT_LESSON and CHECK_4LINT", ""};
 //   Trf_idx1_walk walk(fp, s_idx1, fp_log, &texts);

@@ -1,7 +1,9 @@
 // The words of the lesson being drilled, one by one, each with its history lines in its idx1 file.
 #include "db/lesson_history.h"
 
+#include <errno.h>
 #include <limits.h>
+#include <string.h>
 #include <unistd.h>
 
 #include "score/position_table.h"
@@ -45,13 +47,19 @@ void open_idx1(Trf_lesson_walk *walk) {
 }
 
 // The bytes of the line just read, up to its line end. Its text may have another length: a tab is
-// several blanks there.
+// several blanks there. -1 where they cannot be read.
 long room_of_line(Trf_line_cursor *line) {
   std::string bytes((size_t)(line->next - line->start), '\0');
   ssize_t nb = pread(fileno(line->fp), bytes.data(), bytes.size(), line->start);
+  if (nb < 0)
+    return -1;
   bytes.resize(nb > 0 ? (size_t)nb : 0);
   size_t end = bytes.find_first_of("\r\n\xFF");
   return (long)(end == std::string::npos ? bytes.size() : end);
+}
+
+void tell_unread(const char *path, int reason, Trf_lesson_walk *walk) {
+  LOG_AND_SAY(walk->book->fp_log, "cannot read file %s: %s \n", path, strerror(reason));
 }
 
 } // namespace
@@ -80,7 +88,9 @@ bool NEXT_LESSON_WORD(Trf_lesson_walk *walk) {
     walk->icont++;
     walk->gene.next = t_posit->posit[walk->icont];
     Trf_gene_result result = READ_GENE_RECORD(&walk->gene, &walk->record);
-    if (result == GENE_NO_NAME)
+    if (result == GENE_UNREAD)
+      tell_unread(CURRENT_GENE_NAME(walk->book->ilesson), errno, walk);
+    if (result == GENE_UNREAD || result == GENE_NO_NAME)
       continue;
     if (result == GENE_NO_REFERENCE)
       stop_without_reference(walk);
@@ -102,7 +112,14 @@ void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line
   bool found = NEXT_LINE(&walk->line);
   line->start = start;
   line->next = walk->line.next;
-  line->room = found ? room_of_line(&walk->line) : 0;
+  line->room = found && !ferror(walk->line.fp) ? room_of_line(&walk->line) : 0;
+  line->unread = line->room < 0 || ferror(walk->line.fp);
+  if (line->unread) {
+    tell_unread(walk->path.c_str(), errno, walk);
+    clearerr(walk->line.fp);
+    line->room = 0;
+    return;
+  }
   line->is_record = walk->line.text[0] == '#';
 }
 
@@ -112,6 +129,8 @@ void READ_LESSON_HISTORY(long start, Trf_lesson_walk *walk, Trf_history_line *li
   if (walk->book->fp_idx1 == nullptr)
     return;
   FIND_HISTORY_LINE(start, walk, line);
+  if (line->unread)
+    return;
   if (walk->line.length != HISTORY_LENGTH)
     LOG_LINE(fp_log, "%s  file : %s  needs regeneration\n", walk->who, walk->path.c_str());
   line->faulty = CHECK_EXTRACT_4LINT(walk->date0, walk->line.text, line->values) != 0;

@@ -49,7 +49,8 @@ struct Trf_lesson_walk {
 // Goes on to the next word of the position table that has a record at its place in the generated
 // lesson file, and opens its idx1 file (fp_idx1 is null where it cannot be opened: "%s cannot open
 // file %s \n", once per file, in the log and on standard output). Returns false behind the last
-// word. A first line that is no name line is passed over with its word.
+// word. A first line that is no name line is passed over with its word; so is a record that cannot
+// be read, and that is told ("cannot read file %s: %s \n" in the log and on standard output).
 // Ends the program, each text in the log and on standard output: status 2 where a record has no
 // second line ("%s error 1 stop 2 \n", "Error no detection of values icont=%d stop \n", "in file :
 // %s \n" with the generated file); status 1 where that line holds no offset ("RECORD_FILE error
@@ -64,13 +65,15 @@ struct Trf_history_line {
   long start = 0;         // offset of the line
   long next = 0;          // offset of the line behind it
   long room = 0;          // its bytes without the line end; 0 where it is missing or empty
+  bool unread = false;    // the disk refused it: nothing of it is known, and that has been told
   bool is_record = false; // it begins with '#': no history line but the next record
   bool faulty = false;    // CHECK_EXTRACT_4LINT found it so
   long values[NB_FIELDS + 1] = {0}; // elements 1 to 4, corrected where damaged
 };
 
 // Finds the line at offset `start` of the word's idx1 file, which is open: start, next, room and
-// is_record; its text then stands in walk->line. A missing line has the length 0.
+// is_record; its text then stands in walk->line. A missing line has the length 0. One that cannot
+// be read is told ("cannot read file %s: %s \n" in the log and on standard output).
 void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line);
 
 // Finds the line and reads it as a history line. Where the idx1 file is not open, everything is 0

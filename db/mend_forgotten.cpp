@@ -12,6 +12,7 @@
 
 #include "db/history_line.h"
 #include "db/idx1_format.h"
+#include "util/file_copy.h"
 #include "util/in_place.h"
 #include "util/line_reader.h"
 #include "util/numbers.h"
@@ -36,12 +37,14 @@ bool is_earlier(const struct timespec &time, const struct timespec &other) {
   return time.tv_sec != other.tv_sec ? time.tv_sec < other.tv_sec : time.tv_nsec < other.tv_nsec;
 }
 
-// The bytes of the line just read, with its line end.
-std::string bytes_of_line(const Trf_line_cursor &line) {
-  std::string bytes((size_t)(line.next - line.start), '\0');
-  ssize_t nb = pread(fileno(line.fp), bytes.data(), bytes.size(), line.start);
-  bytes.resize(nb > 0 ? (size_t)nb : 0);
-  return bytes;
+// Takes the bytes of the line just read, with its line end. Returns 0, or the errno that tells why
+// they could not be read.
+int take_bytes(const Trf_line_cursor &line, std::string *bytes) {
+  bytes->assign((size_t)(line.next - line.start), '\0');
+  ssize_t nb = pread(fileno(line.fp), bytes->data(), bytes->size(), line.start);
+  int reason = nb < 0 ? errno : 0;
+  bytes->resize(nb > 0 ? (size_t)nb : 0);
+  return reason;
 }
 
 // Takes a line of the notes, as its bytes stand: a path may hold any letter.
@@ -57,17 +60,21 @@ void read_line(std::string bytes, Trf_erased *erased) {
   (*erased)[bytes.substr(0, length)] = moment;
 }
 
-// Reads what is noted; nothing where there is no such file.
-Trf_erased read_erased() {
-  Trf_erased erased;
-  Owned_stream fp = OPEN_STREAM(ERASED_NAME, "r");
+// Reads what is noted; nothing where there is no such file. Returns 0, or the errno that tells why
+// not all of it could be read.
+int read_erased(Trf_erased *erased) {
+  Owned_stream fp = OPEN_SOURCE(ERASED_NAME);
   if (fp == nullptr)
-    return erased;
+    return errno == ENOENT || errno == EISDIR ? 0 : errno;
   Trf_line_cursor line(fp.get());
   line.limit = LONG_MAX;
-  while (NEXT_LINE(&line))
-    read_line(bytes_of_line(line), &erased);
-  return erased;
+  int reason = 0;
+  std::string bytes;
+  while (reason == 0 && NEXT_LINE(&line)) {
+    reason = take_bytes(line, &bytes);
+    read_line(bytes, erased);
+  }
+  return reason != 0 || !ferror(fp.get()) ? reason : EIO;
 }
 
 // Replaces the notes. Returns 0, or the errno that tells why not.
@@ -123,10 +130,12 @@ int mend_records(FILE *fp) {
   line.limit = LONG_MAX;
   int reason = 0;
   bool behind_name = false;
-  while (reason == 0 && NEXT_LINE(&line)) {
+  std::string bytes;
+  while (reason == 0 && NEXT_LINE(&line) && !ferror(fp)) {
     if (behind_name && line.length >= 2 * HISTORY_LENGTH) {
-      std::string rest = mended_rest(bytes_of_line(line));
-      reason = WRITE_IN_PLACE(fp, line.start + HISTORY_LENGTH, rest);
+      reason = take_bytes(line, &bytes);
+      if (reason == 0)
+        reason = WRITE_IN_PLACE(fp, line.start + HISTORY_LENGTH, mended_rest(bytes));
     }
     behind_name = IS_NAME_LINE(line.text + strspn(line.text, " "));
   }
@@ -144,17 +153,35 @@ int keep_time(FILE *fp, const Trf_moment &moment) {
   return futimens(fileno(fp), times) == 0 ? 0 : errno;
 }
 
+// The time of an open file stands for one that is not noted. Returns 0, or the errno that tells why
+// it cannot be known.
+int take_time(FILE *fp, Trf_moment *moment) {
+  struct stat about;
+  if (moment->noted)
+    return 0;
+  if (fstat(fileno(fp), &about) != 0)
+    return errno;
+  *moment = {true, about.st_mtim};
+  return 0;
+}
+
 // Mends one file. Returns 0, or the errno that tells why not.
-int mend_file(const char *path, const Trf_moment &moment) {
+int mend_file(const char *path, Trf_moment moment) {
   Owned_stream fp = OPEN_STREAM(path, "r+");
   if (fp == nullptr)
     return errno == ENOENT || errno == ENOTDIR || errno == EISDIR ? 0 : errno;
-  int reason = mend_records(fp.get());
+  int reason = take_time(fp.get(), &moment);
+  if (reason == 0)
+    reason = mend_records(fp.get());
   if (reason == 0)
     reason = keep_time(fp.get(), moment);
   if (reason == 0 && fsync(fileno(fp.get())) != 0)
     reason = errno;
   return reason;
+}
+
+[[noreturn]] void stop_on_file(FILE *fp_log, const char *verb, const char *path, int reason) {
+  STOP_PROGRAM(fp_log, 1, "cannot %s file %s: %s \n", verb, path, strerror(reason));
 }
 
 // Copies an open file. Returns 0, or the errno that tells why not.
@@ -178,24 +205,29 @@ Owned_stream read_afresh(Owned_stream fp) {
 } // namespace
 
 bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log) {
-  Trf_erased erased = read_erased();
+  Trf_erased erased;
+  int reason = read_erased(&erased);
   for (const std::string &path : paths)
     erased[path] = Trf_moment();
-  int reason = write_erased(erased);
+  if (reason == 0)
+    reason = write_erased(erased);
   if (reason != 0)
     LOG_AND_SAY(fp_log, "cannot write file %s: %s \n", ERASED_NAME, strerror(reason));
   return reason == 0;
 }
 
 void MEND_FORGOTTEN(FILE *fp_log) {
-  if (access(ERASED_NAME, F_OK) != 0)
+  if (access(ERASED_NAME, F_OK) != 0 && errno == ENOENT)
     return;
-  Trf_erased erased = read_erased();
+  Trf_erased erased;
+  int reason = read_erased(&erased);
+  if (reason != 0)
+    stop_on_file(fp_log, "read", ERASED_NAME, reason);
   note_times(&erased);
   for (const auto &[path, moment] : erased) {
-    int reason = mend_file(path.c_str(), moment);
+    reason = mend_file(path.c_str(), moment);
     if (reason != 0)
-      STOP_PROGRAM(fp_log, 1, "cannot write file %s: %s \n", path.c_str(), strerror(reason));
+      stop_on_file(fp_log, "write", path.c_str(), reason);
   }
   unlink(ERASED_NAME);
 }

@@ -25,8 +25,8 @@
 #include "util/owned.h"
 
 // Notes the idx1 files that are about to be erased, beside those noted already; on the disk when
-// this returns. Returns false where "./mertu_erased" cannot be written ("cannot write file %s: %s
-// \n" in the log and on standard output): then nothing may be erased.
+// this returns. Returns false where "./mertu_erased" cannot be read or written ("cannot write file
+// %s: %s \n" in the log and on standard output): then nothing may be erased.
 bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log);
 
 // Mends the files noted, then removes "./mertu_erased". Nothing to do costs one look for that file.
@@ -35,9 +35,9 @@ bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log);
 // synchronisation.
 // Each mended record is one write; the file is synced and keeps its modification time; nothing is
 // logged. A file that is not there has nothing to mend.
-// Ends the program with status 1 where a file cannot be mended ("cannot write file %s: %s \n" in
-// the log and on standard output): reading it would lose histories.
-// fp_log: the log, may be null.
+// Ends the program with status 1 where the notes cannot be read ("cannot read file %s: %s \n" in
+// the log and on standard output) or a file cannot be mended ("cannot write file %s: %s \n"):
+// reading it would lose histories. fp_log: the log, may be null.
 void MEND_FORGOTTEN(FILE *fp_log);
 
 // A copy, without a name, of an index whose erased records nobody noted here (that of another copy

@@ -184,6 +184,8 @@ void record_word(Trf_recording *job) {
   for (int sens : {1, 2}) {
     Trf_history_line line;
     READ_LESSON_HISTORY(next, walk, &line);
+    if (line.unread)
+      return;
     next = line.next;
     is_of_next = is_of_next || line.is_record;
     if (line.faulty)
@@ -247,9 +249,11 @@ void erase_word(Trf_lesson_walk *walk) {
   Trf_history_line qr;
   Trf_history_line rq;
   FIND_HISTORY_LINE(walk->record.history, walk, &qr);
-  if (qr.is_record)
+  if (qr.is_record || qr.unread)
     return;
   FIND_HISTORY_LINE(qr.next, walk, &rq);
+  if (rq.unread)
+    return;
   std::string blank = BLANK_HISTORY_LINE();
   if (end_of_history(qr, rq) - qr.start >= 2 * HISTORY_LENGTH)
     return write_bytes(qr.start, blank + blank, walk);
@@ -267,7 +271,7 @@ void erase_words(Trf_book *book) {
     return;
   RESTART_LESSON_WALK(&walk);
   while (NEXT_LESSON_WORD(&walk))
-    if (book->fp_idx1 != nullptr)
+    if (book->fp_idx1 != nullptr && paths.count(walk.path) > 0)
       erase_word(&walk);
   sync_files(paths, book);
 }

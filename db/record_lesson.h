@@ -17,8 +17,8 @@ const long MAX_RECORDED_COUNT = 10000;
 // book: ilesson, t_posit and fp_log are read, G_kentel and nbt_lesson by the correction; fp_gene
 // and fp_idx1 are closed and null afterwards. A generated lesson file or an idx1 file that cannot
 // be opened is told ("RECORD_LESSON cannot open file %s \n", log and standard output) and its words
-// are not recorded. A line or file that cannot be written is told ("cannot write file %s: %s \n",
-// log and standard output), the others are recorded.
+// are not recorded. A line or file that cannot be read or written is told ("cannot read file %s: %s
+// \n", "cannot write file %s: %s \n", log and standard output), the others are recorded.
 // Ends the program (texts in the log and on standard output):
 //   10 "RECORD_LESSON error 10" after day 10000;
 //   1 "RECORD_LESSON error 1" where a count is above 10000;

@@ -60,14 +60,6 @@ void add_direction(const long *six, std::string *text) {
   add_line(line, text);
 }
 
-void stop_where_unreadable(const Trf_idx1_walk &walk) {
-  int reason = errno;
-  if (ferror(walk.line.fp))
-    STOP_PROGRAM(walk.fp_log, 1, "cannot read file %s: %s \n", walk.path, strerror(reason));
-}
-
-// The history behind the name line met last. icont: the number of its entry, for the message.
-//
 // QUIRK transfer of today's index: the one line behind a name is read as a six-field line, also
 // where it is the first of two four-field ones: its days then stand as counts of the other
 // direction. A reader would expect the two forms to be told apart. It is meant: only databases in
@@ -76,7 +68,6 @@ void stop_where_unreadable(const Trf_idx1_walk &walk) {
 // Test: TransferFile.AFourFieldLineIsTakenForASixFieldOne
 void add_history(int icont, Trf_idx1_walk *walk, std::string *text) {
   char *line = NEXT_HISTORY_TEXT(walk);
-  stop_where_unreadable(*walk);
   if (line == nullptr) {
     LOG_AND_SAY(walk->fp_log, "Error no detection of values icont=%d stop \n", icont);
     STOP_PROGRAM(walk->fp_log, 2, "in file : %s \n", walk->path);
@@ -109,7 +100,6 @@ void add_entries(Trf_idx1_walk *walk, std::string *text) {
     add_line(walk->line.text, text);
     add_history(++icont, walk, text);
   }
-  stop_where_unreadable(*walk);
   TELL_WHERE_CUT(walk->path, walk);
 }
 

@@ -5,17 +5,35 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-int WRITE_IN_PLACE(FILE *fp, long start, const std::string &text) {
-  size_t done = 0;
-  while (done < text.size()) {
-    ssize_t nb = pwrite(fileno(fp), text.data() + done, text.size() - done, start + (off_t)done);
+namespace {
+
+// Writes the text; *done becomes the bytes written. Returns 0, or the errno that tells why not all.
+int write_bytes(int fd, long start, const std::string &text, size_t *done) {
+  while (*done < text.size()) {
+    ssize_t nb = pwrite(fd, text.data() + *done, text.size() - *done, start + (off_t)*done);
     if (nb < 0 && errno != EINTR)
       return errno;
     if (nb == 0)
       return EIO;
-    done += nb > 0 ? (size_t)nb : 0;
+    *done += nb > 0 ? (size_t)nb : 0;
   }
   return 0;
+}
+
+} // namespace
+
+int WRITE_IN_PLACE(FILE *fp, long start, const std::string &text) {
+  int fd = fileno(fp);
+  std::string before(text.size(), '\0');
+  ssize_t nb = pread(fd, before.data(), before.size(), start);
+  size_t done = 0;
+  int reason = write_bytes(fd, start, text, &done);
+  if (reason == 0 || nb < (ssize_t)done)
+    return reason;
+  before.resize(done);
+  size_t put_back = 0;
+  write_bytes(fd, start, before, &put_back);
+  return reason;
 }
 
 int SYNC_FILE(const char *path) {

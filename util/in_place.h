@@ -9,7 +9,8 @@
 // Writes `text` over the bytes that begin at offset `start` (from 0), as one write given to the
 // system at once. fp: the file, open for reading and writing; what it has read ahead is not
 // renewed, so open it afresh before the same bytes are read again.
-// Returns 0, or the errno that tells why not all was written.
+// Returns 0, or the errno that tells why not all was written; what had been written by then is
+// replaced by what stood there.
 int WRITE_IN_PLACE(FILE *fp, long start, const std::string &text);
 
 // Hands what was written into the file to the disk, whoever wrote it. Returns 0, or the errno that

@@ -296,6 +296,17 @@ TEST(ConfigFile, AnEndMarkerMissingAtTheEndOfTheFileEndsTheProgramWithStatus2) {
                    "error 2 while reading in EXTRACT_FONT_DICO stop ");
 }
 
+// The program would start without a lesson.
+TEST(ConfigFile, AFileThatCannotBeReadEndsTheProgram) {
+  auto with_directory = []() {
+    Trf_settings settings("");
+    unlink("mertu.conf");
+    std::filesystem::create_directory("mertu.conf");
+    settings.read();
+  };
+  ENDS_WITH_STATUS(with_directory(), 1, "cannot read file ./mertu.conf: Is a directory ");
+}
+
 TEST(ConfigFile, AFileThatDoesNotOpenEndsTheProgram) {
   auto without_file = []() {
     Trf_settings settings("");

@@ -181,6 +181,24 @@ TEST(MendForgotten, TheNoteIsOnTheDiskUnderItsName) {
   EXPECT_FALSE(KILLED_RUN(note, 9, 0));
 }
 
+// An index that was not mended must not be read, and its note not go.
+TEST(MendForgotten, ANoteThatCannotBeReadEndsTheProgramAndStays) {
+  Scratch_dir dir;
+  std::filesystem::create_symlink("mertu_erased", "mertu_erased");
+  Owned_stream log = OPEN_STREAM("log", "w");
+  std::string text = "cannot read file ./mertu_erased: Too many levels of symbolic links \n";
+  ENDS_WITH_STATUS(MEND_FORGOTTEN(log.get()), 1, text);
+  EXPECT_EQ(dir.read("log"), text);
+  EXPECT_TRUE(std::filesystem::is_symlink("mertu_erased"));
+}
+
+TEST(MendForgotten, WhereTheNotesCannotBeReadNothingIsNoted) {
+  Scratch_dir dir;
+  std::filesystem::create_symlink("mertu_erased", "mertu_erased");
+  EXPECT_FALSE(NOTE_ERASED({"./IDX1/idx1_a"}, nullptr));
+  EXPECT_TRUE(std::filesystem::is_symlink("mertu_erased"));
+}
+
 TEST(MendForgotten, WithoutANoteNothingIsTouched) {
   Scratch_dir dir;
   dir.write("IDX1/idx1_a", index_of("#mot *a1 0 * x \r\n" + ERASED));

@@ -5,6 +5,8 @@
 #include "support/scratch.h"
 
 #include <errno.h>
+#include <signal.h>
+#include <sys/resource.h>
 
 #include "util/owned.h"
 
@@ -23,6 +25,21 @@ TEST(InPlace, TheReasonOfAFailureIsReturned) {
   dir.write("file", "0123456789");
   Owned_stream fp = OPEN_STREAM("file", "r");
   EXPECT_EQ(WRITE_IN_PLACE(fp.get(), 3, "abc"), EBADF);
+  EXPECT_EQ(dir.read("file"), "0123456789");
+}
+
+// Written as far as the disk takes it, a line would be the new one and the old one at once.
+TEST(InPlace, WhatWasWrittenOfALineThatDoesNotFitIsPutBack) {
+  auto write_behind_the_end = [] {
+    signal(SIGXFSZ, SIG_IGN);
+    struct rlimit size = {6, 6};
+    setrlimit(RLIMIT_FSIZE, &size);
+    Owned_stream fp = OPEN_STREAM("file", "r+");
+    _exit(WRITE_IN_PLACE(fp.get(), 3, "abcdef"));
+  };
+  Scratch_dir dir;
+  dir.write("file", "0123456789");
+  EXPECT_EXIT(write_behind_the_end(), testing::ExitedWithCode(EFBIG), "");
   EXPECT_EQ(dir.read("file"), "0123456789");
 }
 
