@@ -3,11 +3,14 @@
 
 #include <dirent.h>
 #include <errno.h>
+#include <fcntl.h>
 #include <glib.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <time.h>
 
+#include <algorithm>
 #include <string>
 
 #include "db/alias_list.h"
@@ -28,6 +31,7 @@ const char OLD_INDEX[] = "./idx1_old";
 // Characters of the index directory's name that the copy directory's name replaces.
 const size_t NB_CUT = 4;
 const mode_t NEW_DIRECTORY_MODE = 0777;
+const time_t ONE_DAY = 24 * 60 * 60;
 
 void make_directory(FILE *fp_log, const char *path) {
   DIR *directory = opendir(path);
@@ -54,8 +58,11 @@ std::string copy_directory(const char *spath_idx1) {
 void refresh_copy(FILE *fp_log, int num, Trf_string *G_lesson) {
   Owned_text s_lesson(S_LESSON_FROM_NUM(num, G_lesson));
   Owned_text s_cpy(S_CPY_LESSON_FROM_NUM(num, G_lesson));
+  Owned_text s_idx1(S_IDX1_FROM_NUM(num, G_lesson));
   if (!s_lesson || !s_cpy || DIFF_TIME_FILE(s_lesson.get(), s_cpy.get()) >= 0)
     return;
+  if (s_idx1)
+    MARK_OUT_OF_DATE(s_idx1.get());
   if (RENEW_COPY(fp_log, s_lesson.get(), s_cpy.get()))
     LOG_LINE(fp_log, "CPY_ALL_LESSONS updated lesson=%d  s_cpy=%s \n", num, s_cpy.get());
 }
@@ -111,6 +118,15 @@ bool read_old_index(FILE *fp_log, const char *s_idx1, Trf_classmt *old) {
 }
 
 } // namespace
+
+void MARK_OUT_OF_DATE(const char *s_idx1) {
+  struct stat about;
+  if (stat(s_idx1, &about) != 0)
+    return;
+  struct timespec times[2] = {{0, UTIME_OMIT}, about.st_mtim};
+  times[1].tv_sec = std::min(about.st_mtim.tv_sec, time(nullptr)) - ONE_DAY;
+  utimensat(AT_FDCWD, s_idx1, times, 0);
+}
 
 bool RENEW_COPY(FILE *fp_log, char *s_lesson, char *s_cpy) {
   int result = win_file(s_lesson, s_cpy);

@@ -15,7 +15,8 @@
 void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit);
 
 // Refreshes the working copies (the directory CPY beside the index directory, made where missing):
-// win_file copies every dictionary that is newer than its copy or has none. Dictionaries of one
+// win_file copies every dictionary that is newer than its copy or has none; its index is first
+// marked (MARK_OUT_OF_DATE). Dictionaries of one
 // name, which share one copy and one index, are told on standard output.
 // A dictionary or copy that cannot be opened is told ("cannot read file %s: %s \n", "cannot write
 // file %s: %s \n") and leaves the older copy. Ends the program with status 1 where a dictionary is
@@ -26,6 +27,12 @@ void CPY_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson);
 // Rebuilds (UPDATE_IDX1_FILE) every idx1 file that is older than its working copy or missing; the
 // index directory is made where missing.
 void IDX1_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson);
+
+// Makes an idx1 file, where there is one, a day older than it is and than the present, so that it
+// is rebuilt once its working copy is made anew. File times are compared to the second, and the
+// clock may have been set back: a copy made in the second in which its index was written last, or
+// before it, would pass for indexed, and its entries be looked for in the wrong places.
+void MARK_OUT_OF_DATE(const char *s_idx1);
 
 // Makes a working copy anew, whatever the file times. Returns false, with the older copy left,
 // where the dictionary or the copy cannot be opened ("cannot read file %s: %s \n" or "cannot write

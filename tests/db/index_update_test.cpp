@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include "util/file_times.h"
 #include "util/report.h"
 
 namespace {
@@ -243,6 +244,24 @@ TEST(CpyAllLessons, CopiesWhatIsNewerThanItsCopyOrHasNone) {
                                "@@@ \n"
                                "CPY_ALL_LESSONS updated lesson=1  s_cpy=./CPY/one \n"
                                "CPY_ALL_LESSONS updated lesson=2  s_cpy=./CPY/two \n");
+}
+
+// The clock was set back since the index was recorded last, or it was recorded this very second.
+TEST(CpyAllLessons, TheIndexOfANewCopyIsOutOfDateWhateverItsTime) {
+  for (int seconds : {-1000, 0, 5}) {
+    Home home;
+    Test_registry registry({"./one"});
+    home.dir.write("one", "!# one\n#a * 1\n");
+    home.dir.write("CPY/one", "older");
+    make_older("CPY/one", 100);
+    home.dir.write("IDX1/idx1_one", OLD_IDX1);
+    make_older("IDX1/idx1_one", seconds);
+    CPY_ALL_LESSONS(home.log.get(), &registry.record);
+    std::string copy = "CPY/one";
+    std::string idx1 = "IDX1/idx1_one";
+    EXPECT_EQ(DIFF_TIME_FILE(copy.data(), idx1.data()), -1) << seconds;
+    EXPECT_EQ(home.dir.read("IDX1/idx1_one"), OLD_IDX1);
+  }
 }
 
 TEST(CpyAllLessons, ACopyWithNothingChangedIsToldToo) {
