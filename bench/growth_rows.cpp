@@ -21,7 +21,7 @@ void GROWTH_ROWS(const Measured &measured, FILE *out) {
       auto large = measured.find({key.first, life->text});
       if (large == measured.end())
         continue;
-      double took = (large->second.wall - large->second.syncs) / (small.wall - small.syncs);
+      double took = large->second.cpu / small.cpu;
       double due = size_with_logarithm(*life) / size_with_logarithm(FEW_DICTIONARIES);
       PRINT_GROWTH(key.first, FEW_DICTIONARIES.text, life->text, took, due, out);
     }

@@ -104,7 +104,7 @@ void PRINT_FIGURE(const Figure &figure, FILE *out) {
 }
 
 void PRINT_GROWTH_HEAD(FILE *out) {
-  fprintf(out, "\n| what | from | to | took times as long | size times its logarithm | kept |\n"
+  fprintf(out, "\n| what | from | to | processor time, times | size times its logarithm | kept |\n"
                "|---|---|---|--:|--:|---|\n");
 }
 

@@ -32,7 +32,7 @@ void PRINT_HEAD(FILE *out);
 // Writes one row of it.
 void PRINT_FIGURE(const Figure &figure, FILE *out);
 
-// The same of the table of growth: how many times longer the larger input took, besides the syncs,
+// The same of the table of growth: how many times the processor time the larger input took,
 // and how many times longer its size times its logarithm is.
 void PRINT_GROWTH_HEAD(FILE *out);
 void PRINT_GROWTH(const std::string &what, const std::string &small, const std::string &large,

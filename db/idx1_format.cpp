@@ -42,8 +42,9 @@ bool IS_HEADER_MARK(const char *line) {
   return line[0] == '#' && strstr(line, HEADER_MARK) != nullptr;
 }
 
+// Every line of every file is asked this, and hardly one has the sign that the mark holds.
 bool IS_END_MARK(const char *line) {
-  return strstr(line, END_MARK) != nullptr;
+  return strchr(line, '_') != nullptr && strstr(line, END_MARK) != nullptr;
 }
 
 bool IS_NAME_LINE(const char *line) {

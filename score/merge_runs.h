@@ -10,17 +10,16 @@
 
 // Merges the sorted runs list[left] to list[mid] and list[mid + 1] to list[right]. An element of
 // the right run goes first only where it must, which keeps equal elements in their order.
-// work: the scratch array, with elements left to right.
+// work: the scratch array, with elements left to mid.
 template <typename Element, typename Compare>
 void MERGE_RUNS(int left, int mid, int right, Element *list, Element *work, Compare compare) {
+  std::copy(list + left, list + mid + 1, work + left);
   int i = left;
   int j = mid + 1;
   int k = left;
   while (i <= mid && j <= right)
-    work[k++] = compare(list[i], list[j]) > 0 ? list[j++] : list[i++];
-  std::copy(list + i, list + mid + 1, work + k);
-  std::copy(list + j, list + right + 1, work + k + (mid + 1 - i));
-  std::copy(work + left, work + right + 1, list + left);
+    list[k++] = compare(work[i], list[j]) > 0 ? list[j++] : work[i++];
+  std::copy(work + i, work + mid + 1, list + k);
 }
 
 // Sorts list[left] to list[right] by halves; merge(left, mid, right) merges two of them.

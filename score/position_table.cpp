@@ -42,14 +42,6 @@ template <typename Number> void free_array(Number **array) {
 
 } // namespace
 
-Trf_side SIDE_OF_TABLE(int sens, Trf_posit *t_posit) {
-  if (sens == 1)
-    return {t_posit->QRord_posit, t_posit->QRcum_err,  t_posit->QRcum_nb,   t_posit->QRcum_nb0,
-            t_posit->QRcum_nok,   t_posit->QRcum_nok0, t_posit->QR_date_ok, t_posit->QR_date_nok};
-  return {t_posit->RQord_posit, t_posit->RQcum_err,  t_posit->RQcum_nb,   t_posit->RQcum_nb0,
-          t_posit->RQcum_nok,   t_posit->RQcum_nok0, t_posit->RQ_date_ok, t_posit->RQ_date_nok};
-}
-
 void ALLOCATE_POSIT(int capacity, Trf_posit *t_posit) {
   int nb = std::max(capacity, 0) + NB_SPARE_POSIT;
   for (auto array : LONG_ARRAYS)

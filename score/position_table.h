@@ -57,7 +57,13 @@ struct Trf_side {
 };
 
 // The arrays of direction sens: 1 Q->R, any other value R->Q.
-Trf_side SIDE_OF_TABLE(int sens, Trf_posit *t_posit);
+inline Trf_side SIDE_OF_TABLE(int sens, Trf_posit *t_posit) {
+  if (sens == 1)
+    return {t_posit->QRord_posit, t_posit->QRcum_err,  t_posit->QRcum_nb,   t_posit->QRcum_nb0,
+            t_posit->QRcum_nok,   t_posit->QRcum_nok0, t_posit->QR_date_ok, t_posit->QR_date_nok};
+  return {t_posit->RQord_posit, t_posit->RQcum_err,  t_posit->RQcum_nb,   t_posit->RQcum_nb0,
+          t_posit->RQcum_nok,   t_posit->RQcum_nok0, t_posit->RQ_date_ok, t_posit->RQ_date_nok};
+}
 
 // Frees what was there and allocates every array, elem_nevez too, with capacity + 5 zeroed
 // elements. Sets nbmx_posit to capacity (0 or more) and nb_posit to 0. The table must have been

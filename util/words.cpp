@@ -4,14 +4,18 @@
 #include <string.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace {
 
 // The first word of the text at *rest, which is moved behind it; "" at the end.
-std::string take_word(const char **rest) {
-  const char *start = *rest + strspn(*rest, " ");
-  *rest = start + strcspn(start, " ");
-  return std::string(start, *rest);
+std::string_view take_word(const char **rest) {
+  const char *start = *rest;
+  while (*start == ' ')
+    start++;
+  const char *blank = strchr(start, ' ');
+  *rest = blank != nullptr ? blank : start + strlen(start);
+  return std::string_view(start, (size_t)(*rest - start));
 }
 
 } // namespace
@@ -29,13 +33,13 @@ void RM_ALL_BLANCS(char *s) {
 }
 
 std::string NTH_WORD(const char *list, int n) {
-  std::string word;
+  std::string_view word;
   for (const char *rest = list; n > 0; n--) {
     word = take_word(&rest);
     if (word.empty())
       break;
   }
-  return word;
+  return std::string(word);
 }
 
 int COUNT_WORDS(const char *list) {
