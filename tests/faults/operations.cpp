@@ -14,6 +14,7 @@
 #include "db/synchronise.h"
 #include "db/transfer.h"
 #include "faults/home.h"
+#include "faults/program_run.h"
 #include "lesson/new_words.h"
 #include "lesson/numbered_lesson.h"
 #include "lesson/worst_words.h"
@@ -25,67 +26,6 @@
 #include "util/safe_write.h"
 
 namespace {
-
-const char ONE[] = "./one.txt";
-const char TWO[] = "./two.txt";
-const int NB_ONE = 4; // entries; it borrows one
-const int NB_TWO = 3;
-
-Trf_answer answer_yes(Trf_question, const char *, Trf_book *) {
-  return ANSWER_YES;
-}
-
-void read_notice(Trf_notice, const char *text, Trf_book *) {
-  SAY("%s", text);
-}
-
-// The program from its start to its end. Today is day 3000.
-struct Program_run {
-  Trf_records records = {};
-  Trf_book *book = nullptr;
-
-  Program_run() {
-    static const Trf_dialogs dialogs = {answer_yes, read_notice};
-    SET_PRESENT_DAY(2009, 3, 20);
-    SET_DIALOGS(&dialogs);
-    ALLOCATE_RECORDS(&records);
-    book = records.book;
-    PREPARE_WORDS(&records);
-    START_PAGE_NUMBER(records.S_state, book);
-    book->fp = nullptr;
-    book->exfp = 0;
-    START_VALUES(&records);
-    if (book->nbt_lesson != 2)
-      SAY("cannot find all lessons");
-  }
-  ~Program_run() {
-    FREE_RECORDS(&records);
-  }
-  Program_run(const Program_run &) = delete;
-  Program_run &operator=(const Program_run &) = delete;
-
-  // A dictionary that could not be looked at is no lesson, and one that could not be loaded is
-  // empty, or lacks what it borrows: the learner sees it.
-  void load(const char *dictionary) {
-    int n = 1;
-    while (n <= book->nbt_lesson &&
-           Owned_text(S_LESSON_FROM_NUM(n, book->G_kentel)).get() != std::string(dictionary))
-      n++;
-    book->ilesson = n;
-    book->t_posit->nb_posit = 0;
-    if (n <= book->nbt_lesson)
-      INIT_LESSON(&n, book);
-    if (book->t_posit->nb_posit != (dictionary == ONE ? NB_ONE : NB_TWO))
-      SAY("cannot load all of %s", dictionary);
-  }
-  // Every question missed once, every response known often.
-  void answer_all() {
-    for (int i = 1; i <= book->t_posit->nb_posit; i++) {
-      book->t_posit->QRcum_nok[i] += 1;
-      book->t_posit->RQcum_nb[i] += 3;
-    }
-  }
-};
 
 void nothing() {
 }
