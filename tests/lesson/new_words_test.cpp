@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "db/record_lesson.h"
 #include "lesson/composed_desk.h"
@@ -45,6 +46,16 @@ TEST(NewWords, TakesTheFifteenOfTheFirstFiveOfTheSecondAndDoesNotOpenTheThird) {
   EXPECT_EQ(questions[15], "two1 ");
   EXPECT_EQ(questions[19], "two5 ");
   EXPECT_EQ(desk.log(), "NEW_WORDS_LESSON done\n");
+}
+
+TEST(NewWords, ALessonThatCannotBeWrittenIsNotDone) {
+  Composed_desk desk;
+  desk.write_empty();
+  desk.write_idx1("one.txt", NEW_WORDS_OF("one", 3) + TRAILER());
+  ASSERT_EQ(symlink("/dev/full", "idx2_gene"), 0);
+  NEW_WORDS_LESSON(&desk.book);
+  EXPECT_EQ(desk.table.nb_posit, 0);
+  EXPECT_EQ(desk.log(), "NEW_WORDS_LESSON cannot open file ./idx2_gene \n");
 }
 
 TEST(NewWords, QuestionToResponseTakesWhatWasNeverAskedSo) {

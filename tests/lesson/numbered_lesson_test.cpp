@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits.h>
 
 #include <algorithm>
 #include <random>
@@ -70,6 +71,18 @@ TEST(NumberedLesson, OnlyQuestionToResponseCountsMissesAsKnown) {
   // 2 x 9 - 5 x 3 = 3 against 2 x 9 - 3 x 3 = 9; ageing 2 and bonus 3 in both.
   EXPECT_EQ(desk.table.QRcum_err[1], 8);
   EXPECT_EQ(desk.table.RQcum_err[1], 14);
+}
+
+TEST(NumberedLesson, CountsWhoseSumLeavesTheTypeAreHeld) {
+  Desk desk;
+  // 52 characters; a number that fills its field takes the first character of the next.
+  std::string line = std::to_string(LONG_MAX) + " 010" + std::string(17, ' ') + " 02990 02990";
+  desk.write_idx1("one.txt", ENTRY(1) + line + "\r\n" + NEVER() + TRAILER());
+  LOAD(&desk, 1);
+  EXPECT_EQ(desk.table.QRcum_nb[1], LONG_MAX);
+  EXPECT_EQ(desk.table.QRcum_nok[1], 10);
+  // Known so often, the misses weigh nothing: ageing 5 and bonus 18 are left.
+  EXPECT_EQ(desk.table.QRcum_err[1], 23);
 }
 
 TEST(NumberedLesson, OnlyQuestionToResponseHasAnEndMark) {

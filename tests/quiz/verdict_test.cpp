@@ -138,6 +138,15 @@ TEST(Verdict, EntryMovesToTheRankOfItsNewScore) {
   EXPECT_THAT(verdict(VERDICT_NOT_KNOWN, 4, &lesson), HasSubstr("VERIF_CLASSMENT two senses OK"));
 }
 
+TEST(Verdict, EntryWithoutARankIsFoundInTheOrdering) {
+  Lesson_table lesson({{30, 4, 4, 2, 2}, {25, 0, 0, 0, 0}, {20, 0, 0, 0, 0}, {3, 0, 0, 0, 0}});
+  lesson.ask(2);
+  lesson.book.QR_order = 0;
+  said([&] { RECORD_VERDICT(VERDICT_NOT_KNOWN, &lesson.book); });
+  EXPECT_THAT(lesson.ranks(1), ElementsAre(2, 1, 3, 4));
+  EXPECT_EQ(lesson.numbers(1, 2).err, 35);
+}
+
 TEST(Verdict, SkipOnlyLowersTheLessonWideCounter) {
   Lesson_table lesson({{30, 4, 4, 2, 2}, {25, 0, 0, 0, 0}});
   EXPECT_EQ(verdict(VERDICT_SKIPPED, 1, &lesson), "");

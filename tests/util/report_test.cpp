@@ -31,6 +31,13 @@ TEST(Report, ASaidLineGetsALineEndOnlyWhereItHasNone) {
             "you need to create x \n");
 }
 
+TEST(Report, AComplaintGoesToStandardErrorAsItStands) {
+  Scratch_dir dir;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(printed_by(dir, [] { COMPLAIN("no file %s", "x"); }), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "no file x");
+}
+
 TEST(Report, TheTraceIsSilentUnlessAskedFor) {
   Scratch_dir dir;
   unsetenv("MERTU_TRACE");
