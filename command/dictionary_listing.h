@@ -56,11 +56,11 @@ struct Trf_abc_file {
   }
 };
 
-// A line being sorted. What decides most comparisons stands in it.
+// A line being sorted. What decides nearly every comparison stands in it.
 struct Trf_abc_line {
-  uint64_t head = 0; // the first eight bytes of its key, the first one highest
-  size_t key = 0;    // where its key begins in Trf_abc_file::text; 0 until it has been read
-  long offset = 0;   // where it begins in the file
+  uint64_t head[2] = {0, 0}; // the first sixteen bytes of its key, the first one highest
+  size_t key = 0;            // where its key begins in Trf_abc_file::text; 0 until it has been read
+  long offset = 0;           // where it begins in the file
 };
 
 // Sorts the lines lines[i0] to lines[i1]. work: the scratch array, with elements i0 to i1. Ends of
