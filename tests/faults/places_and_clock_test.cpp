@@ -215,6 +215,22 @@ TEST_F(Clock, SetBackForOneStartNothingIsLost) {
   expect_unchanged();
 }
 
+// A recording then counts them as never asked; the words that were not answered stand as they were
+// in the index beside.
+TEST_F(Clock, SetBackForARecordingTheOldHistoriesOfTheOtherWordsStandBeside) {
+  Faulty_run run = run_apart([] {
+    Program_run old(2004, 1, 1);
+    old.load(TWO);
+    old.book->t_posit->QRcum_nok[1] += 1;
+    RECORD_LESSON(old.book);
+  });
+  EXPECT_EQ(run.status, 0) << run.output;
+  EXPECT_THAT(run.output, HasSubstr("Errors found in data base"));
+  fs::rename("IDX1/cpy_idx1_two.txt", "IDX1/idx1_two.txt");
+  for (const std::string question : {"a whole sentence that is asked for two", "never asked two"})
+    EXPECT_EQ(READ_HISTORIES("beside").at(question), before.at(question));
+}
+
 TEST_F(Clock, SetBackSinceTheLastRecordingAnEditIsStillIndexed) {
   run_apart(drill([] {}));
   set_time("IDX1/idx1_one.txt", time(nullptr) + 100000);
