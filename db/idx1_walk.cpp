@@ -16,14 +16,15 @@ namespace {
 void stop_where_unreadable(const Trf_idx1_walk &walk) {
   int reason = errno;
   if (ferror(walk.line.fp))
-    STOP_PROGRAM(walk.fp_log, 1, "cannot read file %s: %s \n", walk.path, strerror(reason));
+    STOP_PROGRAM(walk.fp_log, 1, "cannot read file %s: %s \n", walk.file, strerror(reason));
 }
 
 } // namespace
 
 Trf_idx1_walk::Trf_idx1_walk(FILE *fp, const char *s_idx1, FILE *log,
                              const Trf_walk_texts *walk_texts)
-    : line(fp), history(fp), path(s_idx1), fp_log(log), texts(walk_texts), date0(DIFF_JOUR()) {
+    : line(fp), history(fp), path(s_idx1), file(s_idx1), fp_log(log), texts(walk_texts),
+      date0(DIFF_JOUR()) {
   line.limit = MAX_IDX1_LINES;
   history.limit = LONG_MAX;
 }

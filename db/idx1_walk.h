@@ -39,6 +39,7 @@ struct Trf_idx1_walk {
   Trf_line_cursor line;        // over the lines; its stream is borrowed
   Trf_line_cursor history;     // over the history lines, so that the name line stays
   const char *path;            // the idx1 file's path, for the messages; borrowed
+  const char *file;            // the same; named where it cannot be read, and may be set apart
   FILE *fp_log;                // the log; borrowed, may be null
   const Trf_walk_texts *texts; // borrowed; null where READ_HISTORY is not called
   long date0;                  // today's day number

@@ -1,7 +1,6 @@
 // The old index of a dictionary, read back so that a rebuild can carry every history over.
 #include "db/old_index.h"
 
-#include <errno.h>
 #include <glib.h>
 #include <string.h>
 
@@ -47,14 +46,6 @@ void add_words(const char *name_line, FILE *fp_log, std::string *words) {
   words->append(name_line + 1, star + 1);
 }
 
-// A fault of the disk looks like the end of the file, and the histories behind it like none.
-void stop_where_unreadable(const Trf_classmt *old) {
-  int reason = errno;
-  if (ferror(old->fp_class))
-    STOP_PROGRAM(old->fp_log, 1, "cannot read file %s: %s \n",
-                 old->s_class != nullptr ? old->s_class : OLD_INDEX, strerror(reason));
-}
-
 void store_words(const std::string &words, Trf_classmt *old) {
   old->lss_words = (int)words.size();
   old->ss_words = (char *)g_realloc(old->ss_words, words.size() + NB_SPARE);
@@ -88,6 +79,8 @@ void FREE_CLASSMT(Trf_classmt *trf_classmt) {
 
 void CLASS_OLD_WORDS(Trf_classmt *trf_classmt) {
   Trf_idx1_walk walk(trf_classmt->fp_class, OLD_INDEX, trf_classmt->fp_log, nullptr);
+  if (trf_classmt->s_class != nullptr)
+    walk.file = trf_classmt->s_class;
   std::string words(trf_classmt->ss_words != nullptr ? trf_classmt->ss_words : "*");
   allocate_arrays(trf_classmt);
   SKIP_HEADER(&walk);
@@ -97,7 +90,6 @@ void CLASS_OLD_WORDS(Trf_classmt *trf_classmt) {
     add_record(walk.line.start, trf_classmt);
     add_words(walk.line.text, trf_classmt->fp_log, &words);
   }
-  stop_where_unreadable(trf_classmt);
   // QUIRK first 10000 lines of an old index: what lies behind is not carried over; a reader would
   // take the limit for a mistake. It is meant: no idx1 file is read further anywhere, and the
   // learner is told, so that the dictionary can be divided.
