@@ -53,6 +53,12 @@ std::string copy_directory(const char *spath_idx1) {
   return std::string(spath_idx1, length > NB_CUT ? length - NB_CUT : 0) + "CPY";
 }
 
+// Gives a file back the time of its last change.
+void put_back_time(const char *path, const struct stat &about) {
+  struct timespec times[2] = {{0, UTIME_OMIT}, about.st_mtim};
+  utimensat(AT_FDCWD, path, times, 0);
+}
+
 // Brings the working copy of dictionary `num` up to date. A copy that cannot be made is told and
 // leaves the older one, if any; a missing one ends the program where the aliases are listed.
 void refresh_copy(FILE *fp_log, int num, Trf_string *G_lesson) {
@@ -61,10 +67,14 @@ void refresh_copy(FILE *fp_log, int num, Trf_string *G_lesson) {
   Owned_text s_idx1(S_IDX1_FROM_NUM(num, G_lesson));
   if (!s_lesson || !s_cpy || DIFF_TIME_FILE(s_lesson.get(), s_cpy.get()) >= 0)
     return;
-  if (s_idx1)
+  struct stat about;
+  bool has_idx1 = s_idx1 && stat(s_idx1.get(), &about) == 0;
+  if (has_idx1)
     MARK_OUT_OF_DATE(s_idx1.get());
   if (RENEW_COPY(fp_log, s_lesson.get(), s_cpy.get()))
     LOG_LINE(fp_log, "CPY_ALL_LESSONS updated lesson=%d  s_cpy=%s \n", num, s_cpy.get());
+  else if (has_idx1)
+    put_back_time(s_idx1.get(), about);
 }
 
 void log_up_to_date(FILE *fp_log, const char *s_idx1) {

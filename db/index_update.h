@@ -16,12 +16,12 @@ void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit);
 
 // Refreshes the working copies (the directory CPY beside the index directory, made where missing):
 // win_file copies every dictionary that is newer than its copy or has none; its index is first
-// marked (MARK_OUT_OF_DATE). Dictionaries of one
-// name, which share one copy and one index, are told on standard output.
+// marked (MARK_OUT_OF_DATE). Dictionaries of one name, which share one copy and one index, are told
+// on standard output.
 // A dictionary or copy that cannot be opened is told ("cannot read file %s: %s \n", "cannot write
-// file %s: %s \n") and leaves the older copy. Ends the program with status 1 where a dictionary is
-// missing ("Error file %s  does not exist stop \n"), or where reading or writing fails after that
-// (the same texts).
+// file %s: %s \n") and leaves the older copy, and its index the time it had. Ends the program with
+// status 1 where a dictionary is missing ("Error file %s  does not exist stop \n"), or where
+// reading or writing fails after that (the same texts).
 void CPY_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson);
 
 // Rebuilds (UPDATE_IDX1_FILE) every idx1 file that is older than its working copy or missing; the

@@ -339,6 +339,24 @@ TEST(CpyAllLessons, ACopyThatCannotBeMadeIsTold) {
                                       "cannot read file ./two: Is a directory \n"));
 }
 
+// What it was made from is still there as it was.
+TEST(CpyAllLessons, AnIndexKeepsItsTimeWhereItsCopyCannotBeMade) {
+  Home home;
+  Test_registry registry({"./one"});
+  std::filesystem::create_directory("one");
+  home.dir.write("CPY/one", "older");
+  make_older("CPY/one", 100);
+  home.dir.write("IDX1/idx1_one", OLD_IDX1);
+  make_older("IDX1/idx1_one", 50);
+  auto before = std::filesystem::last_write_time("IDX1/idx1_one");
+  testing::internal::CaptureStdout();
+  CPY_ALL_LESSONS(home.log.get(), &registry.record);
+  fflush(stdout);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "cannot read file ./one: Is a directory \n");
+  EXPECT_EQ(home.dir.read("CPY/one"), "older");
+  EXPECT_TRUE(std::filesystem::last_write_time("IDX1/idx1_one") == before);
+}
+
 TEST(CpyAllLessons, TellsDictionariesThatShareAnIndex) {
   Home home;
   Test_registry registry({"a/one", "b/one"});
