@@ -20,11 +20,10 @@
 
 namespace {
 
-const int NB_WAITS = 3000;       // at most half a minute
 const int ONE_WAIT_USEC = 10000; // between two looks
 
-bool wait_for(const std::function<bool()> &condition) {
-  for (int i = 0; i < NB_WAITS; i++) {
+bool wait_for(const std::function<bool()> &condition, int seconds = 30) {
+  for (int i = 0; i < seconds * (1000000 / ONE_WAIT_USEC); i++) {
     if (condition())
       return true;
     usleep(ONE_WAIT_USEC);
@@ -159,12 +158,21 @@ int Program::status() {
   return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1;
 }
 
-bool Program::says(const std::string &text, size_t from) {
+bool Program::says(const std::string &text, size_t from, int seconds) {
   auto said = [&] {
     std::string now = output();
     return now.size() > from && now.find(text, from) != std::string::npos;
   };
-  return wait_for([&] { return said() || !running(); }) && said();
+  return wait_for([&] { return said() || !running(); }, seconds) && said();
+}
+
+bool Program::press_until(int x, int y, const std::string &text, size_t from) {
+  for (int attempt = 0; attempt < 4; attempt++) {
+    PRESS_AT(x, y);
+    if (says(text, from, 8))
+      return true;
+  }
+  return false;
 }
 
 bool Program::press(const std::string &label, const std::vector<std::string> &texts) {
@@ -178,7 +186,10 @@ bool Program::press(const std::string &label, const std::vector<std::string> &te
   if (found == std::string::npos ||
       sscanf(before.c_str() + found + start.size(), "%d %d %d %d", &x, &y, &width, &height) != 4)
     return false;
-  PRESS_AT(x + width / 2, y + height / 2);
+  if (texts.empty())
+    PRESS_AT(x + width / 2, y + height / 2);
+  else if (!press_until(x + width / 2, y + height / 2, texts.front(), before.size()))
+    return false;
   return std::all_of(texts.begin(), texts.end(),
                      [&](const std::string &text) { return says(text, before.size()); });
 }

@@ -21,10 +21,13 @@ public:
   // Waits until it has ended by itself; its exit status, or -1 when it did not.
   int status();
   // Waits until its output holds this text, from this byte on; false when it never does.
-  bool says(const std::string &text, size_t from = 0);
+  bool says(const std::string &text, size_t from = 0, int seconds = 30);
   // Presses the button that it traced last under this label and waits until it has said each of
   // the texts since. False when any of that does not happen.
   bool press(const std::string &label, const std::vector<std::string> &texts = {});
+  // Presses a place of the screen until it has said this text from this byte on: a press that falls
+  // into the rest of the answer button is not taken, and on a busy machine that rest is long.
+  bool press_until(int x, int y, const std::string &text, size_t from);
   // What it has written to standard output and standard error so far.
   std::string output() const;
   // Waits for its window; the class by which a desktop knows it, "" when no window ever stood.

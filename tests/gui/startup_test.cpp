@@ -159,8 +159,7 @@ TEST(Startup, ADrillCanBeWorkedByTheTraceAlone) {
                             {"pane: Question", question}}) {
     size_t before = program.output().size();
     Place answer = traced_place(program.output(), label);
-    PRESS_AT(answer.x, answer.y);
-    ASSERT_TRUE(program.says(pane, before)) << program.output();
+    ASSERT_TRUE(program.press_until(answer.x, answer.y, pane, before)) << program.output();
     ASSERT_TRUE(program.says("button " + next + " at ", before)) << program.output();
     label = next;
   }
