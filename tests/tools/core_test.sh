@@ -35,7 +35,7 @@ done
 cmake -S "$root" -B "$scratch/build" -G Ninja -DMERTU_GUI=OFF -DMERTU_TESTS=ON \
   -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="-O0 -g0 -isystem $scratch/hidden" >"$scratch/log" ||
   { cat "$scratch/log"; exit 1; }
-cmake --build "$scratch/build" --target mertu "${@/#/test_}" >"$scratch/log" ||
+cmake --build "$scratch/build" -j 1 --target mertu "${@/#/test_}" >"$scratch/log" ||
   { cat "$scratch/log"; exit 1; }
 for folder; do
   "$scratch/build/tests/test_$folder" --gtest_brief=1
