@@ -2,6 +2,8 @@
 //
 // Pieces: the index of a dictionary, the index of another one that it borrows from, both damaged in
 // any way; what is answered, a byte for each entry.
+#include <limits.h>
+
 #include <algorithm>
 #include <map>
 #include <set>
@@ -69,7 +71,8 @@ std::map<int, int> answer(const std::string &bytes, Trf_posit *table) {
   for (int i = 1; i <= table->nb_posit && i <= (int)bytes.size(); i++)
     for (int sens : {1, 2})
       if ((bytes[(size_t)i - 1] & sens) != 0) {
-        SIDE_OF_TABLE(sens, table).nok[i]++;
+        long &nok = SIDE_OF_TABLE(sens, table).nok[i];
+        nok += nok < LONG_MAX ? 1 : 0;
         answered[i] |= sens;
       }
   return answered;
@@ -100,12 +103,13 @@ void check_recording(const std::string &bytes, Learner *learner) {
   }
 }
 
-// The lines of an index that begin with '#', each with its offset.
+// The lines of an index that begin with '#', each with its offset. What stands right behind a bare
+// CR is no beginning: the reader of lines passes over it.
 std::string names_of(const std::string &index) {
   std::string names;
   for (size_t at = 0; at < index.size();) {
     size_t end = std::min(index.find_first_of("\r\n\377", at), index.size());
-    if (index[at] == '#')
+    if (index[at] == '#' && (at == 0 || index[at - 1] != '\r'))
       names += std::to_string(at) + index.substr(at, end - at) + "\n";
     at = end + 1;
   }
