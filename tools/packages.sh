@@ -9,7 +9,8 @@ packages_for() {
       libsndfile1-dev fonts-dejavu-core ;;
     tests) printf '%s\n' libgtest-dev libgmock-dev libxtst-dev xvfb xauth ;;
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
-    validators) printf '%s\n' desktop-file-utils appstream mandoc man-db dpkg-dev file lintian ;;
+    validators) printf '%s\n' desktop-file-utils appstream mandoc man-db dpkg-dev file ;;
+    package-check) printf '%s\n' lintian ;;
     bench) printf '%s\n' libbenchmark-dev ;;
     pictures) printf '%s\n' pngquant optipng ;;
     checks) printf '%s\n' python3 gcovr clang-tidy cppcheck valgrind git ;;
