@@ -98,7 +98,7 @@ bool complete(int code_worst, Trf_composition *composition) {
   return verify(composition);
 }
 
-// QUIRK by score in the end: whatever the code, the lesson is drilled from the highest score down,
+// QUIRK by score in the end: whatever the code, the lesson is ranked from the highest score down,
 // and the code only decides between equal scores. A reader would expect the longest unanswered, or
 // the least often answered, to come first. It is meant: the code says which twenty words she gets,
 // and the drill and its check know one order only.
