@@ -6,6 +6,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "score/position_table.h"
 #include "util/day_number.h"
 #include "util/report.h"
@@ -44,18 +46,6 @@ void open_idx1(Trf_lesson_walk *walk) {
   LOG_AND_SAY(fp_log, "%s error 1 stop 2 \n", walk->who);
   LOG_AND_SAY(fp_log, "Error no detection of values icont=%d stop \n", walk->icont);
   STOP_PROGRAM(fp_log, 2, "in file : %s \n", CURRENT_GENE_NAME(walk->book->ilesson));
-}
-
-// The bytes of the line just read, up to its line end. Its text may have another length: a tab is
-// several blanks there. -1 where they cannot be read.
-long room_of_line(Trf_line_cursor *line) {
-  std::string bytes((size_t)(line->next - line->start), '\0');
-  ssize_t nb = pread(fileno(line->fp), bytes.data(), bytes.size(), line->start);
-  if (nb < 0)
-    return -1;
-  bytes.resize(nb > 0 ? (size_t)nb : 0);
-  size_t end = bytes.find_first_of("\r\n\xFF");
-  return (long)(end == std::string::npos ? bytes.size() : end);
 }
 
 void tell_unread(const char *path, int reason, Trf_lesson_walk *walk) {
@@ -112,15 +102,28 @@ void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line
   bool found = NEXT_LINE(&walk->line);
   line->start = start;
   line->next = walk->line.next;
-  line->room = found && !ferror(walk->line.fp) ? room_of_line(&walk->line) : 0;
-  line->unread = line->room < 0 || ferror(walk->line.fp);
-  if (line->unread) {
+  if (ferror(walk->line.fp)) {
+    line->unread = true;
     tell_unread(walk->path.c_str(), errno, walk);
     clearerr(walk->line.fp);
-    line->room = 0;
     return;
   }
+  line->found = found;
   line->is_record = walk->line.text[0] == '#';
+}
+
+// The bytes are looked at themselves: the text of a line may have another length, a tab is several
+// blanks there.
+long ROOM_OF_HISTORY_LINE(const Trf_history_line &line, Trf_lesson_walk *walk) {
+  if (!line.found)
+    return 0;
+  std::string bytes((size_t)(line.next - line.start), '\0');
+  ssize_t nb = pread(fileno(walk->line.fp), bytes.data(), bytes.size(), line.start);
+  if (nb < 0) {
+    tell_unread(walk->path.c_str(), errno, walk);
+    return -1;
+  }
+  return (long)std::min(bytes.find_first_of("\r\n\xFF"), (size_t)nb);
 }
 
 void READ_LESSON_HISTORY(long start, Trf_lesson_walk *walk, Trf_history_line *line) {

@@ -64,17 +64,22 @@ void RESTART_LESSON_WALK(Trf_lesson_walk *walk);
 struct Trf_history_line {
   long start = 0;         // offset of the line
   long next = 0;          // offset of the line behind it
-  long room = 0;          // its bytes without the line end; 0 where it is missing or empty
+  bool found = false;     // it is there
   bool unread = false;    // the disk refused it: nothing of it is known, and that has been told
   bool is_record = false; // it begins with '#': no history line but the next record
   bool faulty = false;    // CHECK_EXTRACT_4LINT found it so
   long values[NB_FIELDS + 1] = {0}; // elements 1 to 4, corrected where damaged
 };
 
-// Finds the line at offset `start` of the word's idx1 file, which is open: start, next, room and
-// is_record; its text then stands in walk->line. A missing line has the length 0. One that cannot
-// be read is told ("cannot read file %s: %s \n" in the log and on standard output).
+// Finds the line at offset `start` of the word's idx1 file, which is open: start, next, found and
+// is_record; its text then stands in walk->line. One that cannot be read is told ("cannot read file
+// %s: %s \n" in the log and on standard output).
 void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line);
+
+// The bytes of the line in the idx1 file, which is still open, without the line end: what may be
+// written over. 0 where it is missing or empty; -1 where the disk refuses it, which is told as
+// above.
+long ROOM_OF_HISTORY_LINE(const Trf_history_line &line, Trf_lesson_walk *walk);
 
 // Finds the line and reads it as a history line. Where the idx1 file is not open, everything is 0
 // and nothing is logged.

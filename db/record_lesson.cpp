@@ -165,13 +165,16 @@ std::string text_of_length(const long *values, long length) {
   return text;
 }
 
-// Writes the line anew at its own length. Where it is missing there is nothing to write over.
-void rewrite_line(const Trf_history_line &line, Trf_recording *job) {
-  if (line.room == 0)
-    return;
-  write_bytes(line.start, text_of_length(line.values, line.room), &job->walk);
+// Writes the line anew at its own length. Where it is missing there is nothing to write over. False
+// where the disk refuses it.
+bool rewrite_line(const Trf_history_line &line, Trf_recording *job) {
+  long room = ROOM_OF_HISTORY_LINE(line, &job->walk);
+  if (room <= 0)
+    return room == 0;
+  write_bytes(line.start, text_of_length(line.values, room), &job->walk);
   job->written.insert(job->walk.path);
   job->backed_up.erase(job->walk.path);
+  return true;
 }
 
 void record_word(Trf_recording *job) {
@@ -190,8 +193,9 @@ void record_word(Trf_recording *job) {
     is_of_next = is_of_next || line.is_record;
     if (line.faulty)
       note_faulty(job);
-    if (take_counts(sens, line.values, job) && !is_of_next)
-      rewrite_line(line, job);
+    bool changed = take_counts(sens, line.values, job);
+    if (changed && !is_of_next && !rewrite_line(line, job))
+      return;
   }
 }
 
@@ -224,20 +228,34 @@ std::vector<std::string> record_words(Trf_book *book) {
   return job.faulty;
 }
 
+// A line of a word to be forgotten.
+struct Trf_erasure {
+  Trf_history_line line;
+  long room = 0; // bytes that may be written over
+};
+
+// Finds the line at offset `start`. False where the disk refuses it.
+bool find_erasure(long start, Trf_lesson_walk *walk, Trf_erasure *found) {
+  FIND_HISTORY_LINE(start, walk, &found->line);
+  if (!found->line.unread)
+    found->room = ROOM_OF_HISTORY_LINE(found->line, walk);
+  return !found->line.unread && found->room >= 0;
+}
+
 // Forgets a word whose lines are too short for two blank ones in a row: each becomes blank at its
 // own length, so that nothing of the next record is lost.
-void blank_line(const Trf_history_line &line, Trf_lesson_walk *walk) {
-  if (line.room == 0 || line.is_record)
+void blank_line(const Trf_erasure &erased, Trf_lesson_walk *walk) {
+  if (erased.room == 0 || erased.line.is_record)
     return;
   std::string text = BLANK_HISTORY_LINE();
-  text.resize((size_t)line.room, ' ');
-  write_bytes(line.start, text, walk);
+  text.resize((size_t)erased.room, ' ');
+  write_bytes(erased.line.start, text, walk);
 }
 
 // The offset behind the last byte of a word's history lines, the first of which is there.
-long end_of_history(const Trf_history_line &qr, const Trf_history_line &rq) {
-  const Trf_history_line &last = rq.is_record || rq.room == 0 ? qr : rq;
-  return last.start + last.room;
+long end_of_history(const Trf_erasure &qr, const Trf_erasure &rq) {
+  const Trf_erasure &last = rq.line.is_record || rq.room == 0 ? qr : rq;
+  return last.line.start + last.room;
 }
 
 // QUIRK forgotten in one line: the two blank history lines are written in a row with no line end
@@ -246,17 +264,15 @@ long end_of_history(const Trf_history_line &qr, const Trf_history_line &rq) {
 // read, when its record is made whole again (db/mend_forgotten).
 // Test: RazLesson.TwoBlankLinesInARowCoverTheEndOfTheFirst
 void erase_word(Trf_lesson_walk *walk) {
-  Trf_history_line qr;
-  Trf_history_line rq;
-  FIND_HISTORY_LINE(walk->record.history, walk, &qr);
-  if (qr.is_record || qr.unread)
+  Trf_erasure qr;
+  Trf_erasure rq;
+  if (!find_erasure(walk->record.history, walk, &qr) || qr.line.is_record)
     return;
-  FIND_HISTORY_LINE(qr.next, walk, &rq);
-  if (rq.unread)
+  if (!find_erasure(qr.line.next, walk, &rq))
     return;
   std::string blank = BLANK_HISTORY_LINE();
-  if (end_of_history(qr, rq) - qr.start >= 2 * HISTORY_LENGTH)
-    return write_bytes(qr.start, blank + blank, walk);
+  if (end_of_history(qr, rq) - qr.line.start >= 2 * HISTORY_LENGTH)
+    return write_bytes(qr.line.start, blank + blank, walk);
   blank_line(qr, walk);
   blank_line(rq, walk);
 }
