@@ -15,9 +15,9 @@ namespace {
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-const char *const PAGES[] = {"README.md",       "CHANGELOG.md",    "docs/architecture.md",
-                             "docs/formats.md", "docs/hacking.md", "docs/manual.md",
-                             "docs/quirks.md"};
+const char *const PAGES[] = {"README.md",       "CHANGELOG.md",       "docs/architecture.md",
+                             "docs/formats.md", "docs/hacking.md",    "docs/manual.md",
+                             "docs/quirks.md",  "docs/reliability.md"};
 
 std::string directory_of(const std::string &page) {
   size_t slash = page.rfind('/');
