@@ -1,7 +1,7 @@
 # Tests of the sources as a whole, of the scripts, and of the starter set.
 
 function(mertu_script_test name)
-  add_test(NAME tools/${name} COMMAND ${ARGN} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+  add_test(NAME tools/${name} COMMAND ${stand_back} ${ARGN} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
   set_tests_properties(tools/${name} PROPERTIES TIMEOUT 120)
 endfunction()
 
