@@ -29,10 +29,17 @@ const int HISTORY_LENGTH_6 = 78; // its length without the line end
 // "CHECK_EXTRACT_4LINT error at level " and the level (1 length, 2 separator, 3 to 7 values).
 int CHECK_EXTRACT_4LINT(long date0, char *ss, long *values);
 
-// The same for a six-field line into elements 1 to 6. A total or a wrong count that is negative or
-// missing gives 0; more wrong answers than answers clear both; a missing day gives
-// today; a day later than today clears both counts; a total of 0 clears the wrong count and makes
-// the day today. The faults say "CHECK_EXTRACT_6LINT error at level " and the level (1 to 12).
+// Takes the values of a line that stands as WRITE_HISTORY_LINE writes it, which nearly every one
+// does: counts and days of five digits at most, no day later than today (date0). ss: 52 bytes at
+// least, any; what is behind them is not looked at. Returns false, with nothing taken and nothing
+// said, for any other line. CHECK_EXTRACT_4LINT gives the same values for what it takes.
+bool READ_WRITTEN_LINE(long date0, const char *ss, long *values);
+
+// The same as CHECK_EXTRACT_4LINT for a six-field line into elements 1 to 6. A total or a wrong
+// count that is negative or missing gives 0; more wrong answers than answers clear both; a missing
+// day gives today; a day later than today clears both counts; a total of 0 clears the wrong count
+// and makes the day today. The faults say "CHECK_EXTRACT_6LINT error at level " and the level (1 to
+// 12).
 int CHECK_EXTRACT_6LINT(long date0, char *ss, long *values);
 
 // Writes the history line of values[1] to values[4] (element 0 is not used) into `line`, which has

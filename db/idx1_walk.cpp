@@ -19,6 +19,21 @@ void stop_where_unreadable(const Trf_idx1_walk &walk) {
     STOP_PROGRAM(walk.fp_log, 1, "cannot read file %s: %s \n", walk.file, strerror(reason));
 }
 
+// Takes the values of a history line that the stream holds ready and that stands, with its line
+// end, as it is written. False, with nothing taken, for any other, which is then read like any
+// line.
+bool take_ready_history(Trf_idx1_walk *walk, long *values) {
+  const long length = HISTORY_LENGTH + 2; // with "\r\n"
+  walk->history.next = walk->line.next;
+  const char *bytes = READY_BYTES(length, &walk->history);
+  if (bytes == nullptr || memcmp(bytes + HISTORY_LENGTH, "\r\n", 2) != 0 ||
+      !READ_WRITTEN_LINE(walk->date0, bytes, values))
+    return false;
+  PASS_READY_BYTES(length, &walk->history);
+  walk->line.next = walk->history.next;
+  return true;
+}
+
 } // namespace
 
 Trf_idx1_walk::Trf_idx1_walk(FILE *fp, const char *s_idx1, FILE *log,
@@ -73,6 +88,8 @@ char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk) {
 }
 
 bool NEXT_HISTORY(int sens, Trf_idx1_walk *walk, long *values) {
+  if (take_ready_history(walk, values))
+    return true;
   char *text = NEXT_HISTORY_TEXT(walk);
   if (text == nullptr)
     return false;

@@ -44,8 +44,8 @@ constexpr std::array<bool, 256> plain_bytes() {
 }
 constexpr std::array<bool, 256> PLAIN = plain_bytes();
 
-// Two looks into the stream spare most lines every call into the library. The library that offers
-// none gives the same lines, byte by byte and with a seek for each.
+// Looks into the stream spare most lines every call into the library. The library that offers none
+// gives the same lines, byte by byte and with a seek for each.
 #ifdef __GLIBC__
 
 // Where a stream that is being read stands; negative when only a seek can tell. One that holds no
@@ -56,21 +56,47 @@ long known_position(FILE *fp) {
   return ready > 0 && !pushed_back ? (long)fp->_offset - ready : -1;
 }
 
+// How many of the bytes that the stream holds ready stand before the one at `offset`; negative
+// where that one is not among them.
+long ready_before(FILE *fp, long offset) {
+  long position = known_position(fp);
+  long ready = fp->_IO_read_end - fp->_IO_read_ptr;
+  return position >= 0 && offset < position + ready ? offset - position : -1;
+}
+
+// The bytes that the stream holds ready behind so many of them; *nb: how many.
+const char *ready_behind(FILE *fp, long passed, long *nb) {
+  *nb = fp->_IO_read_end - fp->_IO_read_ptr - passed;
+  return fp->_IO_read_ptr + passed;
+}
+
+void pass_ready_bytes(FILE *fp, long nb) {
+  fp->_IO_read_ptr += nb;
+}
+
 // Takes the plain bytes that the stream holds ready; returns how many, *bytes being the first.
 long take_ready_bytes(FILE *fp, const char **bytes) {
   const char *start = fp->_IO_read_ptr;
   const char *end = start;
   while (end < fp->_IO_read_end && PLAIN[(unsigned char)*end])
     end++;
-  fp->_IO_read_ptr += end - start;
+  pass_ready_bytes(fp, end - start);
   *bytes = start;
   return end - start;
 }
 
 #else
 
-long known_position(FILE *) {
+long ready_before(FILE *, long) {
   return -1;
+}
+
+const char *ready_behind(FILE *, long, long *nb) {
+  *nb = 0;
+  return nullptr;
+}
+
+void pass_ready_bytes(FILE *, long) {
 }
 
 long take_ready_bytes(FILE *, const char **) {
@@ -80,7 +106,11 @@ long take_ready_bytes(FILE *, const char **) {
 #endif
 
 bool stand_at(FILE *fp, long offset) {
-  return (offset >= 0 && known_position(fp) == offset) || fseek(fp, offset, SEEK_SET) == 0;
+  long passed = ready_before(fp, offset);
+  if (passed < 0)
+    return fseek(fp, offset, SEEK_SET) == 0;
+  pass_ready_bytes(fp, passed);
+  return true;
 }
 
 // QUIRK byte 255: the byte 0xFF reads as the end of the file: it ends a line, and at the start of
@@ -268,4 +298,19 @@ bool NEXT_LINE(Trf_line_cursor *cursor) {
     return false;
   cursor->nb_read++;
   return true;
+}
+
+const char *READY_BYTES(long nb, const Trf_line_cursor *cursor) {
+  long passed = ready_before(cursor->fp, cursor->next);
+  if (passed < 0 || cursor->nb_read >= cursor->limit)
+    return nullptr;
+  long nb_ready = 0;
+  const char *bytes = ready_behind(cursor->fp, passed, &nb_ready);
+  return nb_ready >= nb ? bytes : nullptr;
+}
+
+void PASS_READY_BYTES(long nb, Trf_line_cursor *cursor) {
+  cursor->start = cursor->next;
+  cursor->next += nb;
+  cursor->nb_read++;
 }

@@ -66,4 +66,13 @@ struct Trf_line_cursor {
 // lines have been read (length 0 or more).
 bool NEXT_LINE(Trf_line_cursor *cursor);
 
+// The nb bytes at cursor->next as they stand in the file, without a look at the file: null where
+// the stream does not hold all of them ready, or where `limit` lines have been read. Whoever knows
+// the line that he expects there can spare its reading. Borrowed until the stream is next used.
+const char *READY_BYTES(long nb, const Trf_line_cursor *cursor);
+
+// Moves behind nb bytes that READY_BYTES has shown, which count as one line: start, next, nb_read.
+// text and length stay as they were.
+void PASS_READY_BYTES(long nb, Trf_line_cursor *cursor);
+
 #endif

@@ -218,6 +218,58 @@ TEST(HistoryLine, ANumberOfThirteenCharactersKeepsTheSeparator) {
   EXPECT_EQ(std::string(line, 13), "123456789012;");
 }
 
+TEST(WrittenLine, IsTakenWithTheValuesThatTheCheckGives) {
+  std::mt19937 chance(11);
+  const long largest[] = {0, 9, 99, 999, 9999, 99999};
+  for (int i = 0; i < 20000; i++) {
+    long written[5] = {};
+    for (int k = 1; k <= 4; k++)
+      written[k] = (long)chance() % (std::min(largest[chance() % 6], k < 3 ? 99999 : TODAY) + 1);
+    char line[HISTORY_LENGTH + 1];
+    WRITE_HISTORY_LINE(written, line);
+    if (chance() % 3 == 0)
+      memset(line + 13 * (chance() % 4), ' ', 12);
+    long values[5] = {};
+    ASSERT_TRUE(READ_WRITTEN_LINE(TODAY, line, values)) << line;
+    // A line with a blank more is looked at number by number.
+    ASSERT_EQ(std::vector<long>(values + 1, values + 5), check4(std::string(line) + " ").values)
+        << line;
+  }
+}
+
+TEST(WrittenLine, OtherBytesAreLeftToTheCheckOrTakenAsItTakesThem) {
+  const std::string sound = fields({"12", "3", "8999", ""});
+  for (size_t at = 0; at < sound.size(); at++)
+    for (int byte = 1; byte < 256; byte++) {
+      std::string line = sound;
+      line[at] = (char)byte;
+      long values[5] = {77, 77, 77, 77, 77};
+      if (READ_WRITTEN_LINE(TODAY, line.data(), values))
+        ASSERT_EQ(std::vector<long>(values + 1, values + 5), check4(line + " ").values) << line;
+      else
+        ASSERT_THAT(values, ElementsAre(77, 77, 77, 77, 77)) << line;
+    }
+}
+
+TEST(WrittenLine, ALaterDayIsLeftToTheCheck) {
+  long values[5] = {};
+  EXPECT_TRUE(READ_WRITTEN_LINE(TODAY, fields({"1", "1", "9000", "9000"}).data(), values));
+  EXPECT_FALSE(READ_WRITTEN_LINE(TODAY, fields({"1", "1", "9001", "9000"}).data(), values));
+  EXPECT_FALSE(READ_WRITTEN_LINE(TODAY, fields({"1", "1", "9000", "9001"}).data(), values));
+}
+
+TEST(WrittenLine, ALongNumberIsLeftToTheCheck) {
+  long values[5] = {};
+  EXPECT_FALSE(READ_WRITTEN_LINE(TODAY, fields({"100000", "1", "1", "1"}).data(), values));
+  EXPECT_THAT(check4(fields({"100000", "1", "1", "1"})).values, ElementsAre(100000, 1, 1, 1));
+}
+
+TEST(WrittenLine, ADayWithoutCountIsNotTaken) {
+  long values[5] = {};
+  ASSERT_TRUE(READ_WRITTEN_LINE(TODAY, fields({"", "0", "8000", "8001"}).data(), values));
+  EXPECT_THAT(values, ElementsAre(0, 0, 0, 0, 0));
+}
+
 TEST(SixFieldLine, ASoundLineGivesItsSixValues) {
   Checked checked = check6(fields({"5", "2", "100", "7", "7", "9000"}));
   EXPECT_EQ(checked.faulty, 0);

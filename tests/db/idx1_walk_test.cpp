@@ -155,6 +155,27 @@ TEST(Idx1Walk, AMissingHistoryLineEndsTheProgramByItsDirection) {
   }
 }
 
+TEST(Idx1Walk, HistoriesAreReadWhereverTheBlocksOfTheFileEnd) {
+  SET_PRESENT_DAY(2009, 3, 19);
+  std::string text = HEADER;
+  for (int i = 1; i <= 600; i++) {
+    long values[5] = {0, i, 2 * i, 1 + i, 2 + i};
+    char line[HISTORY_LENGTH + 1];
+    WRITE_HISTORY_LINE(values, line);
+    std::string name = "#" + std::string((size_t)i % 7, 'a') + " *fr1 0 * \r\n";
+    text += name + line + (i % 9 == 0 ? "\n" : "\r\n") + line + "\r\n";
+  }
+  Walked walked(text);
+  SKIP_HEADER(&walked.walk);
+  for (int i = 1; i <= 600; i++) {
+    ASSERT_EQ(NEXT_NAME(&walked.walk), WALK_ENTRY);
+    for (int sens : {1, 2})
+      ASSERT_THAT(history(sens, &walked), ElementsAre(i, 2 * i, 1 + i, 2 + i)) << i;
+  }
+  EXPECT_EQ(NEXT_NAME(&walked.walk), WALK_END);
+  EXPECT_EQ(walked.logged(), "");
+}
+
 TEST(Idx1Walk, KnowsToday) {
   SET_PRESENT_DAY(2004, 3, 1);
   Walked walked("");

@@ -672,3 +672,52 @@ TEST(LineCursor, FailedSeekEndsTheWalk) {
   EXPECT_EQ(cursor.length, -1);
   EXPECT_STREQ(cursor.text, "");
 }
+
+#ifdef __GLIBC__
+TEST(ReadyBytes, AreThoseOfTheFileWhereTheCursorStands) {
+  Owned_stream fp = file_of("one\r\ntw\xF4\tthree\n");
+  Trf_line_cursor cursor(fp.get());
+  ASSERT_TRUE(NEXT_LINE(&cursor));
+  ASSERT_NE(READY_BYTES(6, &cursor), nullptr);
+  EXPECT_EQ(string(READY_BYTES(6, &cursor), 6), "tw\xF4\tth");
+  cursor.next = 9;
+  ASSERT_NE(READY_BYTES(6, &cursor), nullptr);
+  EXPECT_EQ(string(READY_BYTES(6, &cursor), 6), "three\n");
+}
+
+TEST(ReadyBytes, CountAsOneLineWhenTheyArePassed) {
+  Owned_stream fp = file_of("one\ntwo\nsix\nten\n");
+  Trf_line_cursor cursor(fp.get());
+  ASSERT_TRUE(NEXT_LINE(&cursor));
+  ASSERT_NE(READY_BYTES(4, &cursor), nullptr);
+  PASS_READY_BYTES(4, &cursor);
+  EXPECT_EQ(cursor.start, 4);
+  EXPECT_EQ(cursor.next, 8);
+  EXPECT_EQ(cursor.nb_read, 2);
+  EXPECT_STREQ(cursor.text, "one");
+  ASSERT_TRUE(NEXT_LINE(&cursor));
+  EXPECT_STREQ(cursor.text, "six");
+}
+#endif
+
+TEST(ReadyBytes, AreNoneWhereTheFileWouldHaveToBeRead) {
+  Owned_stream fp = file_of("one\ntwo\n");
+  Trf_line_cursor cursor(fp.get());
+  EXPECT_EQ(READY_BYTES(4, &cursor), nullptr);
+  ASSERT_TRUE(NEXT_LINE(&cursor));
+  EXPECT_EQ(READY_BYTES(5, &cursor), nullptr);
+  cursor.next = 0;
+  EXPECT_EQ(READY_BYTES(4, &cursor), nullptr);
+  cursor.next = 8;
+  EXPECT_EQ(READY_BYTES(1, &cursor), nullptr);
+  cursor.next = -1;
+  EXPECT_EQ(READY_BYTES(1, &cursor), nullptr);
+}
+
+TEST(ReadyBytes, AreNoneWhereTheLimitIsReached) {
+  Owned_stream fp = file_of("one\ntwo\n");
+  Trf_line_cursor cursor(fp.get());
+  cursor.limit = 1;
+  ASSERT_TRUE(NEXT_LINE(&cursor));
+  EXPECT_EQ(READY_BYTES(4, &cursor), nullptr);
+}
