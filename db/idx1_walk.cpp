@@ -87,6 +87,19 @@ char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk) {
   return walk->history.text;
 }
 
+bool PASS_HISTORY(Trf_idx1_walk *walk) {
+  long values[NB_FIELDS + 1] = {};
+  if (take_ready_history(walk, values))
+    return true;
+  const char *text = NEXT_HISTORY_TEXT(walk);
+  if (text == nullptr)
+    return false;
+  bool is_history = text[0] != '#' && !IS_END_MARK(text);
+  if (!is_history)
+    walk->line.next = walk->history.start;
+  return is_history;
+}
+
 bool NEXT_HISTORY(int sens, Trf_idx1_walk *walk, long *values) {
   if (take_ready_history(walk, values))
     return true;

@@ -75,6 +75,10 @@ Trf_walk_line NEXT_NAME(Trf_idx1_walk *walk);
 // file.
 char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk);
 
+// Passes over the history line at walk->line.next. Returns false where there is none: a line that
+// begins with '#' or contains "END_OF_FILE" is left to be met, and so is the end of the file.
+bool PASS_HISTORY(Trf_idx1_walk *walk);
+
 // Reads and checks the history line at walk->line.next. sens: 1 Q->R, 2 R->Q, for the message of a
 // faulty line, which is logged. values: elements 1 to 4 are filled. Returns false, with values as
 // they were, at the end of the file.

@@ -176,6 +176,23 @@ TEST(Idx1Walk, HistoriesAreReadWhereverTheBlocksOfTheFileEnd) {
   EXPECT_EQ(walked.logged(), "");
 }
 
+TEST(Idx1Walk, OnlyHistoryLinesArePassedOver) {
+  Walked walked(HEADER + "#a *fr1 0 *\r\n" + KNOWN + "damaged\r\n" + NEVER + "#b *fr1 9 *\r\n" +
+                KNOWN + "# END_OF_FILE * 12  \r\n");
+  SKIP_HEADER(&walked.walk);
+  ASSERT_EQ(NEXT_NAME(&walked.walk), WALK_ENTRY);
+  for (int i = 1; i <= 3; i++)
+    EXPECT_TRUE(PASS_HISTORY(&walked.walk));
+  EXPECT_FALSE(PASS_HISTORY(&walked.walk));
+  ASSERT_EQ(NEXT_NAME(&walked.walk), WALK_ENTRY);
+  EXPECT_STREQ(walked.walk.line.text, "#b *fr1 9 *");
+  EXPECT_TRUE(PASS_HISTORY(&walked.walk));
+  EXPECT_FALSE(PASS_HISTORY(&walked.walk));
+  EXPECT_EQ(NEXT_NAME(&walked.walk), WALK_END);
+  EXPECT_FALSE(PASS_HISTORY(&walked.walk));
+  EXPECT_EQ(walked.logged(), "");
+}
+
 TEST(Idx1Walk, KnowsToday) {
   SET_PRESENT_DAY(2004, 3, 1);
   Walked walked("");
