@@ -11,7 +11,7 @@
 #include "config/registry.h"
 #include "db/idx1_walk.h"
 #include "db/mend_forgotten.h"
-#include "lesson/compose.h"
+#include "lesson/visited_index.h"
 #include "score/merge_runs.h"
 #include "score/position_table.h"
 #include "util/accents.h"
@@ -76,16 +76,9 @@ void list_line(const char *line, Listing *listing) {
   listing->length += static_cast<long>(length) + 1;
 }
 
-// Appends the entries of dictionary k.
-void list_dictionary(int k, Listing *listing) {
-  Trf_book *book = listing->book;
-  Owned_text s_idx1(S_IDX1_FROM_NUM(k, book->G_kentel));
-  if (s_idx1 == nullptr)
-    return;
-  Owned_stream fp(OPEN_IDX1_OR_SKIP(s_idx1.get(), book->fp_log));
-  if (fp == nullptr)
-    return;
-  Trf_idx1_walk walk(fp.get(), s_idx1.get(), book->fp_log, nullptr);
+// Appends the entries of a dictionary.
+void list_dictionary(const Trf_visited_index &index, Listing *listing) {
+  Trf_idx1_walk walk(index.fp.get(), index.s_idx1.get(), listing->book->fp_log, nullptr);
   SKIP_HEADER(&walk);
   ALLOW_LINES(MAX_IDX1_LINES, &walk);
   for (Trf_walk_line kind = NEXT_NAME(&walk); kind != WALK_END; kind = NEXT_NAME(&walk))
@@ -97,9 +90,12 @@ void list_dictionary(int k, Listing *listing) {
 // Writes ./mertu_dico1. Returns false where it could not be written whole.
 bool list_entries(Listing *listing) {
   Trf_book *book = listing->book;
-  for (int k = 1; k <= book->nbt_lesson; k++)
-    if (IS_VISITED(k, book->G_kentel))
-      list_dictionary(k, listing);
+  Trf_registry_walk dictionaries(book->G_kentel);
+  for (int k = 1; k <= book->nbt_lesson; k++) {
+    Trf_visited_index index;
+    if (OPEN_VISITED_INDEX(k, &dictionaries, book->fp_log, &index))
+      list_dictionary(index, listing);
+  }
   if (fflush(listing->fp) != 0 || ferror(listing->fp)) {
     cannot_write(LISTED_NAME, errno, book);
     return false;

@@ -9,7 +9,7 @@
 #include "config/registry.h"
 #include "db/idx1_walk.h"
 #include "db/mend_forgotten.h"
-#include "lesson/compose.h"
+#include "lesson/visited_index.h"
 #include "score/merge_runs.h"
 #include "util/accents.h"
 #include "util/owned.h"
@@ -102,16 +102,10 @@ void count_entry(const char *line, const Asked &asked, Trf_tags *tags) {
   }
 }
 
-// Adds the tags of dictionary k.
-void collect_dictionary(int k, Trf_book *book, Trf_tags *tags) {
-  Owned_text s_idx1(S_IDX1_FROM_NUM(k, book->G_kentel));
-  if (s_idx1 == nullptr)
-    return;
-  Owned_stream fp(OPEN_IDX1_OR_SKIP(s_idx1.get(), book->fp_log));
-  if (fp == nullptr)
-    return;
-  tags->classmt.fp_class = fp.get();
-  tags->classmt.s_idx1 = s_idx1.get();
+// Adds the tags of a dictionary.
+void collect_dictionary(const Trf_visited_index &index, Trf_tags *tags) {
+  tags->classmt.fp_class = index.fp.get();
+  tags->classmt.s_idx1 = index.s_idx1.get();
   TAGS_EXTRACT(tags);
   tags->classmt.fp_class = nullptr;
   tags->classmt.s_idx1 = nullptr;
@@ -161,9 +155,12 @@ void TAGS_EXTRACT(Trf_tags *tags) {
 void COLLECT_TAGS(Trf_book *book, Trf_tags *tags) {
   MEND_FORGOTTEN(book->fp_log);
   tags->classmt.fp_log = book->fp_log;
-  for (int k = 1; k <= book->nbt_lesson; k++)
-    if (IS_VISITED(k, book->G_kentel))
-      collect_dictionary(k, book, tags);
+  Trf_registry_walk dictionaries(book->G_kentel);
+  for (int k = 1; k <= book->nbt_lesson; k++) {
+    Trf_visited_index index;
+    if (OPEN_VISITED_INDEX(k, &dictionaries, book->fp_log, &index))
+      collect_dictionary(index, tags);
+  }
 }
 
 void MERGESORT_STG_CLASS(int i0, int i1, int *order, const std::vector<std::string> &text) {

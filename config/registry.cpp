@@ -44,30 +44,49 @@ bool known_number(int num, const Trf_string *G_dico) {
   return num >= 1 && num <= G_dico->nb_lesson;
 }
 
-// The item of a dictionary (empty where there is none), and the nearest item up to it that is
-// written with a directory.
-struct Trf_item {
-  std::string_view item;
-  std::string_view with_directory; // empty where there is none
-};
+void begin_items(Trf_registry_walk *walk) {
+  walk->num_item = 0;
+  walk->items = list_of(walk->G_dico->st_lesson);
+  walk->with_directory = std::string_view();
+}
 
-Trf_item item_of(int num, const Trf_string *G_dico) {
-  Trf_item found;
-  if (!known_number(num, G_dico))
-    return found;
-  std::string_view list = list_of(G_dico->st_lesson);
-  for (int i = 0; i < num; i++) {
-    found.item = take_word(&list);
-    if (!found.item.empty() && found.item[0] != '&')
-      found.with_directory = found.item;
+// Goes to the item of a dictionary. False where there is none.
+bool go_to_item(int num, Trf_registry_walk *walk) {
+  if (!known_number(num, walk->G_dico))
+    return false;
+  if (walk->num_item == 0 || num < walk->num_item)
+    begin_items(walk);
+  for (; walk->num_item < num; walk->num_item++) {
+    walk->item = take_word(&walk->items);
+    if (!walk->item.empty() && walk->item[0] != '&')
+      walk->with_directory = walk->item;
   }
-  return found;
+  return !walk->item.empty();
+}
+
+void begin_aliases(Trf_registry_walk *walk) {
+  walk->num_alias = 0;
+  walk->aliases = list_of(walk->G_dico->st_alias);
+  walk->backwards.clear();
+}
+
+// Goes to the alias of a dictionary. False where there is none.
+bool go_to_alias(int num, Trf_registry_walk *walk) {
+  if (!known_number(num, walk->G_dico))
+    return false;
+  if (walk->num_alias == 0 || num < walk->num_alias)
+    begin_aliases(walk);
+  for (; walk->num_alias < num; walk->num_alias++) {
+    if (walk->num_alias > 0)
+      walk->backwards.emplace(walk->alias.rbegin(), walk->alias.rend());
+    walk->alias = take_word(&walk->aliases);
+  }
+  return !walk->alias.empty();
 }
 
 // "prefix" and the file name of a dictionary, or null where there is no such dictionary.
-char *path_with_prefix(const std::string &prefix, int num, const Trf_string *G_dico) {
-  Trf_item found = item_of(num, G_dico);
-  return found.item.empty() ? nullptr : new_text(prefix + file_name_of(found.item));
+char *path_with_prefix(const std::string &prefix, int num, Trf_registry_walk *walk) {
+  return go_to_item(num, walk) ? new_text(prefix + file_name_of(walk->item)) : nullptr;
 }
 
 // The place of an alias in the list: the first whose end falls on a blank or on the list's end.
@@ -152,16 +171,31 @@ char *S_ALIAS_FROM_NUM(int num, Trf_string *G_dico) {
   return alias.empty() ? nullptr : new_text(alias);
 }
 
-char *S_LESSON_FROM_NUM(int num, Trf_string *G_dico) {
-  Trf_item found = item_of(num, G_dico);
-  if (found.item.empty())
+// An alias is found in the first of all that end with it. An alias that ends with another one
+// begins, spelled backwards, with that other one spelled backwards; in alphabetical order all of
+// these stand together, right behind the place of the other one.
+bool IS_FOUND_BY_ALIAS(int num, Trf_registry_walk *walk) {
+  if (!go_to_alias(num, walk))
+    return false;
+  std::string end(walk->alias.rbegin(), walk->alias.rend());
+  auto first = walk->backwards.lower_bound(end);
+  return first == walk->backwards.end() || first->compare(0, end.size(), end) != 0;
+}
+
+char *S_LESSON_FROM_NUM(int num, Trf_registry_walk *walk) {
+  if (!go_to_item(num, walk))
     return nullptr;
-  if (found.item[0] != '&')
-    return new_text(std::string(found.item));
-  if (found.with_directory.empty())
+  if (walk->item[0] != '&')
+    return new_text(std::string(walk->item));
+  if (walk->with_directory.empty())
     STOP_PROGRAM(SAVED_LOG(), 3, "S_LESSON_FROM_NUM error i=0 STOP ");
-  std::string directory(found.with_directory.substr(0, found.with_directory.rfind('/') + 1));
-  return new_text((directory.empty() ? "./" : directory) + file_name_of(found.item));
+  std::string directory(walk->with_directory.substr(0, walk->with_directory.rfind('/') + 1));
+  return new_text((directory.empty() ? "./" : directory) + file_name_of(walk->item));
+}
+
+char *S_LESSON_FROM_NUM(int num, Trf_string *G_dico) {
+  Trf_registry_walk walk(G_dico);
+  return S_LESSON_FROM_NUM(num, &walk);
 }
 
 // QUIRK the copies lie beside "IDX1" by counting four characters: the last four characters of the
@@ -169,14 +203,24 @@ char *S_LESSON_FROM_NUM(int num, Trf_string *G_dico) {
 // test forgotten; it is meant: the index directory is expected to be called IDX1, and the copies of
 // every learner are where this rule has put them.
 // Test: Registry.TheCopyDirectoryIsTheIndexDirectoryLessFourCharacters
-char *S_CPY_LESSON_FROM_NUM(int num, Trf_string *G_dico) {
-  std::string path = G_dico->spath_idx1;
+char *S_CPY_LESSON_FROM_NUM(int num, Trf_registry_walk *walk) {
+  std::string path = walk->G_dico->spath_idx1;
   path.resize(path.size() - std::min<size_t>(path.size(), IDX1_SUFFIX));
-  return path_with_prefix(path + "CPY/", num, G_dico);
+  return path_with_prefix(path + "CPY/", num, walk);
+}
+
+char *S_CPY_LESSON_FROM_NUM(int num, Trf_string *G_dico) {
+  Trf_registry_walk walk(G_dico);
+  return S_CPY_LESSON_FROM_NUM(num, &walk);
+}
+
+char *S_IDX1_FROM_NUM(int num, Trf_registry_walk *walk) {
+  return path_with_prefix(std::string(walk->G_dico->spath_idx1) + "/idx1_", num, walk);
 }
 
 char *S_IDX1_FROM_NUM(int num, Trf_string *G_dico) {
-  return path_with_prefix(std::string(G_dico->spath_idx1) + "/idx1_", num, G_dico);
+  Trf_registry_walk walk(G_dico);
+  return S_IDX1_FROM_NUM(num, &walk);
 }
 
 // QUIRK an item of 100 characters must end the list: one of exactly 100 characters is taken at the

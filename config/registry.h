@@ -17,6 +17,10 @@
 #ifndef MERTU_CONFIG_REGISTRY_H
 #define MERTU_CONFIG_REGISTRY_H
 
+#include <set>
+#include <string>
+#include <string_view>
+
 // Characters that the first spath_idx1 has room for; its block has 5 bytes more.
 const int FIRST_PATH_LENGTH = 10;
 
@@ -29,6 +33,28 @@ struct Trf_string {
   char *st_idx1;        // paths of the idx1 files; no lookup reads it, see S_IDX1_FROM_NUM
   char *st_alias;       // the aliases in registry order; null until MAKE_ST_ALIAS
   char *spath_idx1;     // directory of the idx1 files; "./IDX1" unless Path_idx1 names another
+};
+
+// A walk over the dictionaries. Lookups take it in the place of the registry, and answer the same.
+// While the numbers go up they read each list of the registry once in all, not once for each.
+//
+//   Trf_registry_walk walk(G_dico);
+//   for (int num = 1; num <= nbt_lesson; num++)
+//     if (IS_FOUND_BY_ALIAS(num, &walk))
+//       Owned_text s_idx1(S_IDX1_FROM_NUM(num, &walk));
+struct Trf_registry_walk {
+  const Trf_string *G_dico;        // borrowed; its lists stay as they are meanwhile
+  int num_item = 0;                // number of the item met last; 0 before the first
+  std::string_view items;          // the items behind it
+  std::string_view item;           // it; empty behind the last one
+  std::string_view with_directory; // the nearest item up to it that is written with a directory
+  int num_alias = 0;               // number of the alias met last; 0 before the first
+  std::string_view aliases;        // the aliases behind it
+  std::string_view alias;          // it; empty behind the last one
+  std::set<std::string> backwards; // the aliases before it, each spelled backwards
+
+  explicit Trf_registry_walk(const Trf_string *registry) : G_dico(registry) {
+  }
 };
 
 // Frees what the registry holds (nothing where it is zeroed) and gives it its first values: no
@@ -50,19 +76,26 @@ int NUM_FROM_ALIAS(char *s_alias, Trf_string *G_dico);
 // num is below 1 or above nb_lesson, or where no alias of that number is listed.
 char *S_ALIAS_FROM_NUM(int num, Trf_string *G_dico);
 
+// Returns whether NUM_FROM_ALIAS gives num for the alias of dictionary num, so that a dictionary
+// that is listed twice is found once. False where S_ALIAS_FROM_NUM has no alias for num.
+bool IS_FOUND_BY_ALIAS(int num, Trf_registry_walk *walk);
+
 // Returns the path of dictionary num. A new string; the caller frees it with g_free. Null where
 // num is below 1 or above nb_lesson.
 // Ends of the program: 3 "S_LESSON_FROM_NUM error i=0 STOP " where no item before a "&/" item has
 // a directory.
 char *S_LESSON_FROM_NUM(int num, Trf_string *G_dico);
+char *S_LESSON_FROM_NUM(int num, Trf_registry_walk *walk);
 
 // Returns the path of the working copy of dictionary num. A new string; the caller frees it with
 // g_free. Null where num is below 1 or above nb_lesson.
 char *S_CPY_LESSON_FROM_NUM(int num, Trf_string *G_dico);
+char *S_CPY_LESSON_FROM_NUM(int num, Trf_registry_walk *walk);
 
 // Returns the path of the idx1 file of dictionary num. A new string; the caller frees it with
 // g_free. Null where num is below 1 or above nb_lesson.
 char *S_IDX1_FROM_NUM(int num, Trf_string *G_dico);
+char *S_IDX1_FROM_NUM(int num, Trf_registry_walk *walk);
 
 // Returns the directory, with its last "/", of the dictionary whose item holds the character with
 // index i (from 0) of st_lesson; for a "&/" item that of the nearest earlier item with a

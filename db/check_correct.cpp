@@ -94,9 +94,10 @@ void tell_single(const char *s_idx1, Trf_book *book) {
 void CHECK_CORR_ALL_DBASE(Trf_book *book) {
   TELL_LEARNER(NOTICE_WARNING, (std::string(WHOLE_BASE) + COMPARE_ALL_NOTICE).c_str(), book);
   Log_registered registered(book->fp_log);
+  Trf_registry_walk walk(book->G_kentel);
   for (int num = 1; num <= book->nbt_lesson; num++) {
     Trf_dictionary_paths paths;
-    if (PATHS_OF_DICTIONARY(num, book->G_kentel, &paths))
+    if (PATHS_OF_DICTIONARY(num, &walk, &paths))
       check_correct(paths, book);
   }
   flush_log(book->fp_log);
@@ -115,8 +116,9 @@ void CHECK_CORR_SNG_DBASE(char *ss, Trf_book *book) {
   // Test: CheckCorrectSingle.AWordOfDigitsIsANumberNeverAnAlias
   bool by_number = is_number(word);
   int num = by_number ? lesson_of_number(text.data(), book) : lesson_of_alias(text.data(), book);
+  Trf_registry_walk walk(book->G_kentel);
   Trf_dictionary_paths paths;
-  if (num < 1 || !PATHS_OF_DICTIONARY(num, book->G_kentel, &paths))
+  if (num < 1 || !PATHS_OF_DICTIONARY(num, &walk, &paths))
     return;
   Log_registered registered(book->fp_log);
   log_paths(num, paths, book->fp_log);

@@ -61,10 +61,10 @@ void put_back_time(const char *path, const struct stat &about) {
 
 // Brings the working copy of dictionary `num` up to date. A copy that cannot be made is told and
 // leaves the older one, if any; a missing one ends the program where the aliases are listed.
-void refresh_copy(FILE *fp_log, int num, Trf_string *G_lesson) {
-  Owned_text s_lesson(S_LESSON_FROM_NUM(num, G_lesson));
-  Owned_text s_cpy(S_CPY_LESSON_FROM_NUM(num, G_lesson));
-  Owned_text s_idx1(S_IDX1_FROM_NUM(num, G_lesson));
+void refresh_copy(FILE *fp_log, int num, Trf_registry_walk *walk) {
+  Owned_text s_lesson(S_LESSON_FROM_NUM(num, walk));
+  Owned_text s_cpy(S_CPY_LESSON_FROM_NUM(num, walk));
+  Owned_text s_idx1(S_IDX1_FROM_NUM(num, walk));
   if (!s_lesson || !s_cpy || DIFF_TIME_FILE(s_lesson.get(), s_cpy.get()) >= 0)
     return;
   struct stat about;
@@ -85,9 +85,9 @@ void log_up_to_date(FILE *fp_log, const char *s_idx1) {
   LOG_LINE(fp_log, "file = %s is up to date \n", s_idx1);
 }
 
-void refresh_index(FILE *fp_log, int num, Trf_string *G_lesson) {
-  Owned_text s_cpy(S_CPY_LESSON_FROM_NUM(num, G_lesson));
-  Owned_text s_idx1(S_IDX1_FROM_NUM(num, G_lesson));
+void refresh_index(FILE *fp_log, int num, Trf_registry_walk *walk) {
+  Owned_text s_cpy(S_CPY_LESSON_FROM_NUM(num, walk));
+  Owned_text s_idx1(S_IDX1_FROM_NUM(num, walk));
   if (!s_cpy || !s_idx1)
     return;
   if (DIFF_TIME_FILE(s_cpy.get(), s_idx1.get()) >= 0) {
@@ -188,15 +188,17 @@ void CPY_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson) {
   TELL_SHARED_INDEXES(G_lesson);
   LOG_LINE(fp_log, "CPY_ALL_LESSONS current_dir=%s@@@ \n", current.get());
   make_directory(fp_log, copy_directory(G_lesson->spath_idx1).c_str());
+  Trf_registry_walk walk(G_lesson);
   for (int num = 1; num <= G_lesson->nb_lesson; num++)
-    refresh_copy(fp_log, num, G_lesson);
+    refresh_copy(fp_log, num, &walk);
 }
 
 void IDX1_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson) {
   Log_registered registered(fp_log);
   make_directory(fp_log, G_lesson->spath_idx1);
+  Trf_registry_walk walk(G_lesson);
   for (int num = 1; num <= G_lesson->nb_lesson; num++)
-    refresh_index(fp_log, num, G_lesson);
+    refresh_index(fp_log, num, &walk);
 }
 
 void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit) {

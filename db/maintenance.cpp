@@ -7,10 +7,10 @@
 #include "db/index_update.h"
 #include "util/file_copy.h"
 
-bool PATHS_OF_DICTIONARY(int num, Trf_string *G_dico, Trf_dictionary_paths *paths) {
-  paths->s_lesson.reset(S_LESSON_FROM_NUM(num, G_dico));
-  paths->s_cpy.reset(S_CPY_LESSON_FROM_NUM(num, G_dico));
-  paths->s_idx1.reset(S_IDX1_FROM_NUM(num, G_dico));
+bool PATHS_OF_DICTIONARY(int num, Trf_registry_walk *walk, Trf_dictionary_paths *paths) {
+  paths->s_lesson.reset(S_LESSON_FROM_NUM(num, walk));
+  paths->s_cpy.reset(S_CPY_LESSON_FROM_NUM(num, walk));
+  paths->s_idx1.reset(S_IDX1_FROM_NUM(num, walk));
   return paths->s_lesson && paths->s_cpy && paths->s_idx1;
 }
 

@@ -22,7 +22,7 @@ struct Trf_dictionary_paths {
 
 // Looks the paths of dictionary num (from 1) up. Returns false where there is no such dictionary.
 // Ends the program as S_LESSON_FROM_NUM does.
-bool PATHS_OF_DICTIONARY(int num, Trf_string *G_dico, Trf_dictionary_paths *paths);
+bool PATHS_OF_DICTIONARY(int num, Trf_registry_walk *walk, Trf_dictionary_paths *paths);
 
 // Backs an idx1 file up (back_up_file). Returns 0, or the errno that tells why not: ENOENT where
 // there is no idx1 file, never ENOENT where there is one. Ends the program as back_up_file does.

@@ -172,9 +172,10 @@ void SYNCHRO_ALL_DBASE(char *path_synchro, Trf_book *book) {
   TELL_LEARNER(NOTICE_WARNING, (std::string(WHOLE_BASE) + COMPARE_ALL_NOTICE).c_str(), book);
   Log_registered registered(book->fp_log);
   MEND_FORGOTTEN(book->fp_log);
+  Trf_registry_walk walk(book->G_kentel);
   for (int num = 1; num <= book->nbt_lesson; num++) {
     Trf_dictionary_paths paths;
-    if (PATHS_OF_DICTIONARY(num, book->G_kentel, &paths))
+    if (PATHS_OF_DICTIONARY(num, &walk, &paths))
       synchronise(paths, directory, book->fp_log);
   }
   if (book->fp_log != nullptr)

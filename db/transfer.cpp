@@ -131,8 +131,9 @@ void TRF_IDX1_FILE(FILE *fp_log, char *s_idx1, char *s_trf) {
 void TRF_ALL_DBASE(Trf_book *book) {
   MEND_FORGOTTEN(book->fp_log);
   make_transfer_directory();
+  Trf_registry_walk walk(book->G_kentel);
   for (int num = 1; num <= book->nbt_lesson; num++) {
-    Owned_text s_idx1(S_IDX1_FROM_NUM(num, book->G_kentel));
+    Owned_text s_idx1(S_IDX1_FROM_NUM(num, &walk));
     if (!s_idx1)
       continue;
     Owned_text name(FILENAME_FROM_PATH(s_idx1.get()));

@@ -4,16 +4,15 @@
 
 #include <string>
 
-#include "config/registry.h"
 #include "db/generated_lesson.h"
 #include "db/mend_forgotten.h"
 #include "lesson/table_entry.h"
 #include "lesson/tag_test.h"
+#include "lesson/visited_index.h"
 #include "score/error_score.h"
 #include "score/merge_sort.h"
 #include "util/book.h"
 #include "util/day_number.h"
-#include "util/owned.h"
 #include "util/report.h"
 
 namespace {
@@ -110,17 +109,11 @@ void select(const Trf_candidate &candidate, Trf_book *book) {
 }
 
 // Passes over the history lines of an entry without the tag, so that they do not count among the
-// lines allowed either. A line that is none of them is left to be met.
+// lines allowed either.
 void pass_histories(Trf_idx1_walk *walk) {
-  for (int i = 1; i <= 2; i++) {
-    const char *text = NEXT_HISTORY_TEXT(walk);
-    if (text == nullptr)
+  for (int i = 1; i <= 2; i++)
+    if (!PASS_HISTORY(walk))
       return;
-    if (text[0] == '#' || IS_END_MARK(text)) {
-      walk->line.next = walk->history.start;
-      return;
-    }
-  }
 }
 
 void visit_entry(Trf_visit *visit) {
@@ -160,19 +153,8 @@ void visit_entries(const char *s_idx1, Trf_composition *composition) {
 } // namespace
 
 Trf_composition::Trf_composition(const Trf_recipe *row, const char *tag, Trf_book *b)
-    : recipe(row), ss_tag(tag), book(b), today(DIFF_JOUR()), sens(b->sens_qr) {
-}
-
-bool IS_VISITED(int k, Trf_string *G_dico) {
-  Owned_text s_alias(S_ALIAS_FROM_NUM(k, G_dico));
-  return s_alias != nullptr && NUM_FROM_ALIAS(s_alias.get(), G_dico) == k;
-}
-
-FILE *OPEN_IDX1_OR_SKIP(const char *s_idx1, FILE *fp_log) {
-  FILE *fp = fopen(s_idx1, "r");
-  if (fp == nullptr)
-    LOG_LINE(fp_log, "cannot open file %s, skipped \n", s_idx1);
-  return fp;
+    : recipe(row), ss_tag(tag), book(b), dictionaries(b->G_kentel), today(DIFF_JOUR()),
+      sens(b->sens_qr) {
 }
 
 bool BEGIN_COMPOSITION(Trf_composition *composition) {
@@ -191,14 +173,11 @@ bool BEGIN_COMPOSITION(Trf_composition *composition) {
 
 void VISIT_DICTIONARY(int k, Trf_composition *composition) {
   Trf_book *book = composition->book;
-  if (!IS_VISITED(k, book->G_kentel))
+  Trf_visited_index index;
+  if (!OPEN_VISITED_INDEX(k, &composition->dictionaries, book->fp_log, &index))
     return;
-  Owned_text s_idx1(S_IDX1_FROM_NUM(k, book->G_kentel));
-  if (s_idx1 == nullptr)
-    return;
-  book->fp_idx1 = OPEN_IDX1_OR_SKIP(s_idx1.get(), book->fp_log);
-  if (book->fp_idx1 != nullptr)
-    visit_entries(s_idx1.get(), composition);
+  book->fp_idx1 = index.fp.release();
+  visit_entries(index.s_idx1.get(), composition);
   close_stream(&book->fp_idx1);
 }
 

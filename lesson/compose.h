@@ -23,11 +23,11 @@
 
 #include <functional>
 
+#include "config/registry.h"
 #include "db/idx1_walk.h"
 #include "score/position_table.h"
 
 struct Trf_book;
-struct Trf_string;
 
 // Entries of a composed lesson at most.
 const int MAX_COMPOSED = 20;
@@ -59,6 +59,7 @@ struct Trf_composition {
   const Trf_recipe *recipe;
   const char *ss_tag; // the tag that an entry must carry, "" for entries without one; null: no test
   Trf_book *book;
+  Trf_registry_walk dictionaries;
   long today;       // day number
   int sens;         // direction of questioning when it began: 1 Q->R, else R->Q
   int nb = 0;       // entries selected from the dictionaries visited
@@ -72,22 +73,14 @@ struct Trf_composition {
   Trf_composition(const Trf_recipe *row, const char *tag, Trf_book *b);
 };
 
-// Whether dictionary k (from 1) is to be visited: its alias is its own, so that a dictionary
-// registered twice is visited once. False where it has no alias.
-bool IS_VISITED(int k, Trf_string *G_dico);
-
-// Opens the idx1 file of a dictionary for reading. Where it cannot be opened, logs "cannot open
-// file %s, skipped \n" and returns null. The caller closes it. fp_log may be null.
-FILE *OPEN_IDX1_OR_SKIP(const char *s_idx1, FILE *fp_log);
-
 // Closes streams that the book still has open (fp_gene, fp_idx1), calls MEND_FORGOTTEN, opens
 // ./idx2_gene as the book's fp_gene and allocates the table afresh (nb_posit 0). Returns false
 // where the file cannot be opened: logged as "NAME cannot open file %s \n" with the recipe's name;
 // the lesson is empty and both orderings have their end marks.
 bool BEGIN_COMPOSITION(Trf_composition *composition);
 
-// Visits dictionary k where IS_VISITED says so and its idx1 file opens: hands over every entry that
-// carries the tag and that the recipe keeps. "##" lines are passed over; 10000 lines are read at
+// Visits dictionary k where OPEN_VISITED_INDEX opens its index: hands over every entry that carries
+// the tag and that the recipe keeps. "##" lines are passed over; 10000 lines are read at
 // most, history lines not counted. The book's fp_idx1 is the open file meanwhile and null
 // afterwards.
 // Ends of the program, in the log and on standard output:

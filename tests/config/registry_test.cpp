@@ -6,6 +6,10 @@
 #include <glib.h>
 #include <string.h>
 
+#include <algorithm>
+#include <random>
+#include <sstream>
+
 #include "support/scratch.h"
 #include "util/owned.h"
 #include "util/report.h"
@@ -46,6 +50,43 @@ int number_of(const char *alias, Trf_sample *sample) {
 
 std::string directory_at(int i, Trf_sample *sample) {
   return text_of(PATH_FROM_G_lesson(i, &sample->record));
+}
+
+// The words of a list.
+std::vector<std::string> words_of(const std::string &list) {
+  std::vector<std::string> words;
+  std::istringstream in(list);
+  for (std::string word; in >> word;)
+    words.push_back(word);
+  return words;
+}
+
+std::string drawn_word(std::mt19937 *chance, size_t most) {
+  std::string word;
+  for (size_t length = 1 + (*chance)() % most; length > 0; length--)
+    word += "abA"[(*chance)() % 3];
+  return word;
+}
+
+// A list of nb words, some of them alike, some the ends of others.
+std::string drawn_list(int nb, const char *before, std::mt19937 *chance) {
+  std::string list;
+  for (int i = 0; i < nb; i++)
+    list += std::string(1 + (*chance)() % 2, ' ') + ((*chance)() % 2 == 0 ? "" : before) +
+            drawn_word(chance, 4);
+  return list + " ";
+}
+
+// Whether no alias before the num-th one ends with it.
+bool is_first_of_its_end(size_t num, const std::vector<std::string> &aliases) {
+  if (num < 1 || num > aliases.size())
+    return false;
+  const std::string &end = aliases[num - 1];
+  return std::none_of(aliases.begin(), aliases.begin() + (long)num - 1,
+                      [&](const std::string &alias) {
+                        return alias.size() >= end.size() &&
+                               alias.compare(alias.size() - end.size(), end.size(), end) == 0;
+                      });
 }
 
 const char FOUR[] = "lessons/le1.txt &/le2.txt &/le3.txt other/voc.txt ";
@@ -282,4 +323,67 @@ TEST(Registry, DifferentNamesShareNothing) {
   testing::internal::CaptureStdout();
   TELL_SHARED_INDEXES(&sample.record);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(RegistryWalk, AnswersAsTheLookupsDoInWhateverOrderItIsAsked) {
+  std::mt19937 chance(5);
+  for (int round = 0; round < 300; round++) {
+    int nb = (int)(chance() % 9);
+    std::string lessons = "first/one" + drawn_list(nb, "&/", &chance);
+    std::string aliases = drawn_list((int)(chance() % 11), "", &chance);
+    Trf_sample sample(lessons.c_str(), nb, aliases.c_str());
+    Trf_string *registry = &sample.record;
+    Trf_registry_walk walk(registry);
+    for (int step = 0; step < 20; step++) {
+      int num = (int)(chance() % 12) - 1;
+      ASSERT_EQ(text_of(S_LESSON_FROM_NUM(num, &walk)), text_of(S_LESSON_FROM_NUM(num, registry)));
+      ASSERT_EQ(text_of(S_CPY_LESSON_FROM_NUM(num, &walk)),
+                text_of(S_CPY_LESSON_FROM_NUM(num, registry)));
+      ASSERT_EQ(text_of(S_IDX1_FROM_NUM(num, &walk)), text_of(S_IDX1_FROM_NUM(num, registry)));
+      Owned_text alias(S_ALIAS_FROM_NUM(num, registry));
+      ASSERT_EQ(IS_FOUND_BY_ALIAS(num, &walk),
+                alias != nullptr && NUM_FROM_ALIAS(alias.get(), registry) == num)
+          << aliases << num;
+    }
+  }
+}
+
+TEST(RegistryWalk, FindsADictionaryWhereNoEarlierAliasEndsWithItsOwn) {
+  std::mt19937 chance(6);
+  for (int round = 0; round < 300; round++) {
+    std::string aliases = drawn_list(12, "", &chance);
+    Trf_sample sample(FOUR, 12, aliases.c_str());
+    Trf_registry_walk walk(&sample.record);
+    for (int num = 0; num <= 13; num++)
+      ASSERT_EQ(IS_FOUND_BY_ALIAS(num, &walk), is_first_of_its_end((size_t)num, words_of(aliases)))
+          << aliases << num;
+  }
+}
+
+TEST(RegistryWalk, ADictionaryListedTwiceIsFoundOnce) {
+  Trf_sample sample(FOUR, 4, " a1 a1 xa1 c3 ");
+  Trf_registry_walk walk(&sample.record);
+  EXPECT_TRUE(IS_FOUND_BY_ALIAS(1, &walk));
+  EXPECT_FALSE(IS_FOUND_BY_ALIAS(2, &walk));
+  EXPECT_TRUE(IS_FOUND_BY_ALIAS(3, &walk));
+  EXPECT_TRUE(IS_FOUND_BY_ALIAS(4, &walk));
+  EXPECT_TRUE(IS_FOUND_BY_ALIAS(1, &walk));
+}
+
+TEST(RegistryWalk, WithoutAliasesNothingIsFound) {
+  Trf_sample none(FOUR, 4);
+  Trf_registry_walk walk(&none.record);
+  EXPECT_FALSE(IS_FOUND_BY_ALIAS(1, &walk));
+  Trf_sample few(FOUR, 4, " a1 ");
+  Trf_registry_walk short_walk(&few.record);
+  EXPECT_TRUE(IS_FOUND_BY_ALIAS(1, &short_walk));
+  EXPECT_FALSE(IS_FOUND_BY_ALIAS(2, &short_walk));
+  EXPECT_FALSE(IS_FOUND_BY_ALIAS(0, &short_walk));
+}
+
+TEST(RegistryWalk, AnItemWithoutAnyDirectoryBeforeItEndsTheProgram) {
+  Trf_sample sample("&/le1.txt a/le2.txt ", 2);
+  Trf_registry_walk walk(&sample.record);
+  EXPECT_EQ(text_of(S_LESSON_FROM_NUM(2, &walk)), "a/le2.txt");
+  ENDS_WITH_STATUS(S_LESSON_FROM_NUM(1, &walk), 3, "S_LESSON_FROM_NUM error i=0 STOP ");
 }
