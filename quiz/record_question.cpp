@@ -2,6 +2,7 @@
 #include "quiz/record_question.h"
 
 #include "db/record_lesson.h"
+#include "quiz/verdict.h"
 #include "util/dialogs.h"
 #include "util/owned.h"
 
@@ -18,6 +19,13 @@ bool is_still_there(const Asked_lesson &lesson, const Trf_book *book) {
          book->start_lesson == lesson.start_lesson;
 }
 
+// A composed lesson may begin again with the table as it is. A verdict taken back then would leave
+// counts below those that were just written, with which no lesson can be recorded.
+void record(Trf_book *book) {
+  EMPTY_SAVE_SLOT(book->t_posit);
+  RECORD_LESSON(book);
+}
+
 } // namespace
 
 bool RECORD_QUESTION(Trf_book *book) {
@@ -28,7 +36,7 @@ bool RECORD_QUESTION(Trf_book *book) {
   if (!is_still_there(lesson, book))
     return false;
   if (answer == ANSWER_YES)
-    RECORD_LESSON(book);
+    record(book);
   else if (answer == ANSWER_FORGET)
     RAZ_LESSON(book);
   return is_still_there(lesson, book);

@@ -6,7 +6,8 @@
 
 // Asks "Voulez-vous enregistrer la lecon %d ?" (with a cedilla) with ilesson through ASK_LEARNER
 // (Yes, No, "RAZ ?") and does what is answered:
-//   Yes               RECORD_LESSON: the results are written to the index files
+//   Yes               RECORD_LESSON: the results are written to the index files, and the last
+//                     verdict can no longer be taken back
 //   "RAZ ?"           RAZ_LESSON: the lesson's history is forgotten, after a second question
 //   No, or closed     nothing is recorded
 // Returns whether the window still lives and the lesson is the one that was asked about; the caller

@@ -146,8 +146,15 @@ bool UNDO_VERDICT(Trf_book *book) {
   TRACE("entry %d is back at rank %d", jcontm, rank_of(jcontm, side.ord, nb_posit));
   Trf_side shown = SIDE_OF_TABLE(book->sens_qrm, t_posit);
   book->QR_order = rank_of(book->QR_no, shown.ord, nb_posit);
-  t_posit->QRord_posit[slot] = t_posit->RQord_posit[slot] = -1;
+  EMPTY_SAVE_SLOT(t_posit);
   return true;
+}
+
+void EMPTY_SAVE_SLOT(Trf_posit *t_posit) {
+  int slot = t_posit->nb_posit + 1;
+  for (int *ord : {t_posit->QRord_posit, t_posit->RQord_posit})
+    if (ord != nullptr)
+      ord[slot] = -1;
 }
 
 void SWITCH_DIRECTION_IF_ASKED(Trf_book *book) {

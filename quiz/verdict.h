@@ -34,6 +34,10 @@ void RECORD_VERDICT(int verdict, Trf_book *book);
 // ("new_ord=%d jcontm=%d is undefined ok_nok return\n" on standard output).
 bool UNDO_VERDICT(Trf_book *book);
 
+// Empties the save slot: the last verdict can no longer be taken back. Nothing where the table has
+// no orderings.
+void EMPTY_SAVE_SLOT(Trf_posit *t_posit);
+
 // The other direction takes effect when it was asked for: clears toggle_sens_qr and sets sens_qr to
 // the other direction of sens_qrm (2 becomes 1, anything else 2).
 void SWITCH_DIRECTION_IF_ASKED(Trf_book *book);

@@ -183,6 +183,26 @@ TEST_F(QuizDrill, MiddlePressBeforeAnyVerdictIsRefused) {
               HasSubstr("jcontm=-1 is undefined ok_nok return\n"));
 }
 
+// What is undone after it was recorded would have counts below those of the file, which ends the
+// program at the next recording.
+TEST_F(QuizDrill, RecordedVerdictIsNotTakenBackWhenItsComposedLessonBeginsAgain) {
+  Test_window window(TWO_LESSONS());
+  window.type("!new");
+  start(&window);
+  answer(RIGHT, &window);
+  window.dialogs.will_answer(GTK_RESPONSE_YES);
+  window.type("!help"); // the composed lesson stays the current one
+  window.press(window.book->Button1, LEFT);
+  start(&window);
+  ASSERT_EQ(window.book->start_lesson, 3);
+  EXPECT_THAT(said([&] { window.press(window.book->Button1, MIDDLE); }),
+              HasSubstr("jcontm=-1 is undefined ok_nok return\n"));
+  EXPECT_EQ(window.book->t_posit->QRcum_nok[1], 1);
+  window.dialogs.will_answer(GTK_RESPONSE_YES);
+  window.press(window.button("Next"), LEFT);
+  EXPECT_EQ(window.book->ilesson, 1);
+}
+
 TEST_F(QuizDrill, NoteOfAnUndoneVerdictGoesWithTheNextClearing) {
   Test_window window(TWO_LESSONS());
   start(&window);

@@ -99,6 +99,16 @@ TEST(RecordQuestion, YesRecords) {
   EXPECT_THAT(drill.log(), HasSubstr("RECORD_LESSON 1 DONE  nb_errors=0\n"));
 }
 
+TEST(RecordQuestion, RecordedVerdictIsNoLongerSavedForAnUndo) {
+  for (Trf_answer answer : {ANSWER_YES, ANSWER_NO}) {
+    Drill drill;
+    drill.table.QRord_posit[2] = drill.table.RQord_posit[2] = 1;
+    EXPECT_TRUE(drill.leave({answer}));
+    EXPECT_EQ(drill.table.QRord_posit[2], answer == ANSWER_YES ? -1 : 1);
+    EXPECT_EQ(drill.table.RQord_posit[2], answer == ANSWER_YES ? -1 : 1);
+  }
+}
+
 TEST(RecordQuestion, NoAndAClosedDialogRecordNothing) {
   for (Trf_answer answer : {ANSWER_NO, ANSWER_CLOSED}) {
     Drill drill;
