@@ -24,6 +24,8 @@ namespace {
 
 // Lines between two entries, and name lines, that a lesson reads at most behind the header.
 const long MAX_PASSES = 9999;
+// The book's start_lesson at the press that starts a lesson.
+const int DESCRIBED = 2;
 
 const Trf_walk_texts TEXTS = {"INIT_LESSON and CHECK_4LINT", "INIT_LESSON and CHECK_4LINT", ""};
 
@@ -95,13 +97,19 @@ void mark_end(Trf_posit *t_posit) {
   t_posit->QRord_posit[t_posit->nb_posit + 1] = -1;
 }
 
+// Whether this is the learner's press that starts a lesson, and the dictionary that was described
+// to him cannot be opened. A load by itself needs the idx1 file alone.
+bool nothing_described(const char *s_lesson, const Trf_book *book) {
+  return book->start_lesson == DESCRIBED && OPEN_STREAM(s_lesson, "r") == nullptr;
+}
+
 // Opens the dictionary's idx1 file and the generated lesson file for the book. Returns the path of
 // the file that cannot be opened; "" when both are open, or where there is no such number.
 std::string open_files(int n, const char *s_idx1, Trf_book *book) {
   Owned_text s_lesson(S_LESSON_FROM_NUM(n, book->G_kentel));
   if (s_lesson == nullptr || s_idx1 == nullptr)
     return "";
-  if (OPEN_STREAM(s_lesson.get(), "r") == nullptr)
+  if (nothing_described(s_lesson.get(), book))
     return s_lesson.get();
   book->fp_idx1 = fopen(s_idx1, "r");
   if (book->fp_idx1 == nullptr)

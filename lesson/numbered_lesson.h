@@ -11,7 +11,8 @@ struct Trf_book;
 // only elem_nevez is renewed, for the table that a composed lesson has built.
 //
 // A lesson is refused, and counts as empty (nb_posit 0, a usable empty table), where its idx1 file
-// or its dictionary cannot be opened or ./idx1_gene cannot be written whole; the log then says
+// cannot be opened or ./idx1_gene cannot be written whole; at the learner's press that starts it
+// (the book's start_lesson 2) also where its dictionary cannot be opened. The log then says
 // "INIT_LESSON cannot open file %s \n".
 //
 // Ends of the program:

@@ -30,12 +30,22 @@ TEST(NumberedLesson, IsRefusedWithoutItsIdx1File) {
   expect_refused(desk, "./IDX1/idx1_one.txt");
 }
 
-TEST(NumberedLesson, IsRefusedWithoutItsDictionary) {
+TEST(NumberedLesson, IsRefusedWithoutItsDictionaryAtThePressThatStartsIt) {
+  Desk desk;
+  desk.write_idx1("one.txt", ENTRIES(2) + TRAILER());
+  unlink("words/one.txt");
+  desk.book.start_lesson = 2;
+  LOAD(&desk, 1);
+  expect_refused(desk, "words/one.txt");
+}
+
+TEST(NumberedLesson, ALoadByItselfNeedsTheIdx1FileAlone) {
   Desk desk;
   desk.write_idx1("one.txt", ENTRIES(2) + TRAILER());
   unlink("words/one.txt");
   LOAD(&desk, 1);
-  expect_refused(desk, "words/one.txt");
+  EXPECT_EQ(desk.log(), "INIT_LESSON of lesson 1 done\n");
+  EXPECT_EQ(desk.table.nb_posit, 2);
 }
 
 TEST(NumberedLesson, IsRefusedWhereTheGeneratedFileCannotBeOpened) {
