@@ -7,6 +7,7 @@
 void MAKE_ROOM_FOR_ENTRY(int icont, int *nbmx_posit, Trf_posit *t_posit) {
   if (*nbmx_posit > icont)
     return;
+  t_posit->nbmx_posit = *nbmx_posit;
   *nbmx_posit += MORE_CAPACITY;
   GROW_POSIT(*nbmx_posit, t_posit);
 }

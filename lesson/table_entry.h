@@ -10,7 +10,8 @@ const int FIRST_CAPACITY = 10;
 const int MORE_CAPACITY = 20;
 
 // Makes room for entry icont: the capacity *nbmx_posit, and the table with it, grows by 20 where it
-// is not greater than icont.
+// is not greater than icont. *nbmx_posit is what the arrays hold, whatever the table's own
+// nbmx_posit was before.
 void MAKE_ROOM_FOR_ENTRY(int icont, int *nbmx_posit, Trf_posit *t_posit);
 
 // Stores one history line of entry icont: element icont of the ordering of direction sens (1 Q->R,

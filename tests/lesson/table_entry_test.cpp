@@ -20,6 +20,22 @@ TEST(TableEntry, TheCapacityGrowsByTwentyWhenItIsReached) {
   EXPECT_EQ(desk.table.nbmx_posit, 50);
 }
 
+// Such is a table whose own nbmx_posit is only set when the lesson is loaded.
+TEST(TableEntry, TheCapacityHandedOverCountsAndNotThatOfTheTable) {
+  Desk desk;
+  int capacity = 10;
+  ALLOCATE_POSIT(capacity, &desk.table);
+  for (int i = 0; i < capacity + NB_SPARE_POSIT; i++)
+    desk.table.QRcum_nb[i] = 100 + i;
+  desk.table.nbmx_posit = 0;
+  MAKE_ROOM_FOR_ENTRY(10, &capacity, &desk.table);
+  EXPECT_EQ(desk.table.nbmx_posit, 30);
+  for (int i = 0; i < 10 + NB_SPARE_POSIT; i++)
+    EXPECT_EQ(desk.table.QRcum_nb[i], 100 + i);
+  for (int i = 10 + NB_SPARE_POSIT; i < 30 + NB_SPARE_POSIT; i++)
+    EXPECT_EQ(desk.table.QRcum_nb[i], 0);
+}
+
 TEST(TableEntry, EachValueOfAHistoryLineHasItsArrays) {
   Desk desk;
   ALLOCATE_POSIT(10, &desk.table);
