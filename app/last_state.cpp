@@ -21,35 +21,26 @@ struct {
 
 using Line = char[MAX_LINE_READ + 1];
 
-// Takes one number into *value and steps behind it; a number that is not there leaves both.
-bool take_number(char **s, int *value) {
-  int taken[2] = {0, 0};
-  int length = EXTR_N_INT(1, *s, taken);
-  if (taken[0] != 1)
-    return false;
-  *s += length;
-  *value = taken[1];
-  return true;
-}
-
-// Reads the next line, if there is one, and takes its numbers, those that are there. `second` is
-// null for a line of one number.
+// Reads the next line, if there is one, and takes its numbers; where the line ends before one, its
+// place is left. `second` is null for a line of one number.
 void read_numbers(int *first, int *second, FILE *fp) {
   Line line;
   if (!READ_CONF_LINE(line, sizeof line, fp))
     return;
-  char *s = line;
-  if (take_number(&s, first) && second != nullptr)
-    take_number(&s, second);
+  int taken[3] = {};
+  EXTR_N_INT(second != nullptr ? 2 : 1, line, taken);
+  if (taken[0] > 0)
+    *first = taken[1];
+  if (taken[0] > 1)
+    *second = taken[2];
 }
 
 // The lesson of the first line. A configuration that is younger may list other dictionaries, and
 // the number is worth nothing then.
 int lesson_of(char *line, double younger) {
-  int num_lesson = 0;
-  if (!take_number(&line, &num_lesson) || younger < 0)
-    return 0;
-  return num_lesson;
+  int taken[2] = {};
+  EXTR_N_INT(1, line, taken);
+  return taken[0] == 1 && younger >= 0 ? taken[1] : 0;
 }
 
 // Keeps the stream of an empty last state.

@@ -38,7 +38,8 @@ struct Start_State {
 // a file: lesson 1, no direction (0), and -1 in the five values of the window; so stands each value
 // whose line or number is missing. The lesson is 0 when mertu.conf is younger than the file or the
 // first line does not begin with a number. Lines hold 100 characters; the rest of a longer one is
-// the next line. Numbers are read without their sign: a negative one is 0.
+// the next line. Numbers are read without their sign: a negative one is 0, and so is a word where
+// the second number of a line is due.
 // The book's fp and exfp are left as the reading made them (the stream read, closed since, and 1):
 // the caller clears both. An empty file stays, its stream open.
 // Ends the program: that of DIFF_TIME_FILE (status 1, no mertu.conf).

@@ -138,8 +138,12 @@ TEST(LastState, EachMissingLineLeavesItsDefaults) {
 
 TEST(LastState, ALineWithTooFewNumbersLeavesTheDefaultsOfThoseMissing) {
   EXPECT_THAT(values_of("3\n\n10\n  800  \nx\n"), ElementsAre(3, 10, -1, 800, -1, -1, 0));
-  EXPECT_THAT(values_of("3\n2\n  10   Position of\n  Size\n"),
-              ElementsAre(3, 10, -1, -1, -1, -1, 2));
+  EXPECT_THAT(values_of("3\n2\n  10  \n  Size\n"), ElementsAre(3, 10, -1, -1, -1, -1, 2));
+}
+
+TEST(LastState, AWordBehindTheFirstNumberReadsAsZero) {
+  EXPECT_THAT(values_of("3\n2\n  10   Position of\n  800 Size\n"),
+              ElementsAre(3, 10, 0, 800, 0, -1, 2));
 }
 
 TEST(LastState, ANegativePositionReadsAsZero) {
