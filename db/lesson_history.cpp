@@ -41,8 +41,14 @@ void open_idx1(Trf_lesson_walk *walk) {
   walk->path = walk->record.path;
 }
 
+[[noreturn]] void stop_without_offset(Trf_lesson_walk *walk) {
+  WRITE_LESSON_CHANGES(walk);
+  STOP_PROGRAM(walk->book->fp_log, 1, "RECORD_FILE error cannot extract nc1 \n");
+}
+
 [[noreturn]] void stop_without_reference(Trf_lesson_walk *walk) {
   FILE *fp_log = walk->book->fp_log;
+  WRITE_LESSON_CHANGES(walk);
   LOG_AND_SAY(fp_log, "%s error 1 stop 2 \n", walk->who);
   LOG_AND_SAY(fp_log, "Error no detection of values icont=%d stop \n", walk->icont);
   STOP_PROGRAM(fp_log, 2, "in file : %s \n", CURRENT_GENE_NAME(walk->book->ilesson));
@@ -50,6 +56,28 @@ void open_idx1(Trf_lesson_walk *walk) {
 
 void tell_unread(const char *path, int reason, Trf_lesson_walk *walk) {
   LOG_AND_SAY(walk->book->fp_log, "cannot read file %s: %s \n", path, strerror(reason));
+}
+
+// Finds the line as it stands in the file.
+void find_line(long start, Trf_lesson_walk *walk, Trf_history_line *line) {
+  *line = Trf_history_line();
+  if (walk->stale)
+    open_idx1(walk);
+  line->unread = walk->book->fp_idx1 == nullptr; // and that has been told
+  if (line->unread)
+    return;
+  walk->line.next = start;
+  bool found = NEXT_LINE(&walk->line);
+  line->start = start;
+  line->next = walk->line.next;
+  if (ferror(walk->line.fp)) {
+    line->unread = true;
+    tell_unread(walk->path.c_str(), errno, walk);
+    clearerr(walk->line.fp);
+    return;
+  }
+  line->found = found;
+  line->is_record = walk->line.text[0] == '#';
 }
 
 } // namespace
@@ -86,7 +114,7 @@ bool NEXT_LESSON_WORD(Trf_lesson_walk *walk) {
       stop_without_reference(walk);
     open_idx1(walk);
     if (result == GENE_NO_OFFSET)
-      STOP_PROGRAM(walk->book->fp_log, 1, "RECORD_FILE error cannot extract nc1 \n");
+      stop_without_offset(walk);
     return true;
   }
   return false;
@@ -97,19 +125,11 @@ void RESTART_LESSON_WALK(Trf_lesson_walk *walk) {
 }
 
 void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line) {
-  *line = Trf_history_line();
-  walk->line.next = start;
-  bool found = NEXT_LINE(&walk->line);
-  line->start = start;
-  line->next = walk->line.next;
-  if (ferror(walk->line.fp)) {
-    line->unread = true;
-    tell_unread(walk->path.c_str(), errno, walk);
-    clearerr(walk->line.fp);
+  find_line(start, walk, line);
+  if (line->unread || !IS_PENDING(walk->path, line->start, line->next, walk->pending))
     return;
-  }
-  line->found = found;
-  line->is_record = walk->line.text[0] == '#';
+  WRITE_LESSON_CHANGES(walk);
+  find_line(start, walk, line);
 }
 
 // The bytes are looked at themselves: the text of a line may have another length, a tab is several
@@ -140,4 +160,18 @@ void READ_LESSON_HISTORY(long start, Trf_lesson_walk *walk, Trf_history_line *li
   if (line->faulty)
     LOG_LINE(fp_log, "%s and CHECK_4LINTsome error in file : %s of lesson : %s \n", walk->who,
              walk->path.c_str(), walk->record.alias.c_str());
+}
+
+bool CHANGE_LESSON_HISTORY(long start, const std::string &text, Trf_lesson_walk *walk) {
+  int reason = ADD_CHANGE(walk->book->fp_idx1, walk->path, start, text, &walk->pending);
+  if (reason != 0)
+    tell_unread(walk->path.c_str(), reason, walk);
+  return reason == 0;
+}
+
+void WRITE_LESSON_CHANGES(Trf_lesson_walk *walk) {
+  FILE *fp_log = walk->book->fp_log;
+  walk->stale = walk->stale || !walk->pending.waiting.empty();
+  for (const auto &[path, reason] : WRITE_PENDING(&walk->pending, fp_log))
+    LOG_AND_SAY(fp_log, "cannot write file %s: %s \n", path.c_str(), strerror(reason));
 }

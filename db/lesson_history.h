@@ -10,6 +10,9 @@
 //       next = line.next;
 //     }
 //   }
+//
+// What is changed waits in the walk until WRITE_LESSON_CHANGES writes it (db/pending_changes); a
+// walk that ends the program, or meets bytes that wait, writes it before.
 #ifndef MERTU_DB_LESSON_HISTORY_H
 #define MERTU_DB_LESSON_HISTORY_H
 
@@ -20,6 +23,7 @@
 
 #include "db/generated_lesson.h"
 #include "db/history_line.h"
+#include "db/pending_changes.h"
 #include "util/book.h"
 #include "util/line_reader.h"
 
@@ -34,7 +38,8 @@ struct Trf_lesson_walk {
   long date0;                 // today's day number
   int icont = 0;              // number of the word in the position table, from 1
   Trf_gene_record record;     // the word's record
-  bool stale = false;         // set it when the idx1 file was written: it is opened afresh
+  Trf_pending pending;        // history lines to be written over
+  bool stale = false;         // idx1 files were written: the open one is opened afresh
   std::string path;           // path of the idx1 file that is open; "" for none
   std::set<std::string> shut; // paths of those that cannot be opened; each is told once
 
@@ -51,10 +56,10 @@ struct Trf_lesson_walk {
 // file %s \n", once per file, in the log and on standard output). Returns false behind the last
 // word. A first line that is no name line is passed over with its word; so is a record that cannot
 // be read, and that is told ("cannot read file %s: %s \n" in the log and on standard output).
-// Ends the program, each text in the log and on standard output: status 2 where a record has no
-// second line ("%s error 1 stop 2 \n", "Error no detection of values icont=%d stop \n", "in file :
-// %s \n" with the generated file); status 1 where that line holds no offset ("RECORD_FILE error
-// cannot extract nc1 \n").
+// Ends the program, once changes are written (WRITE_LESSON_CHANGES), each text in the log and on
+// standard output: status 2 where a record has no second line ("%s error 1 stop 2 \n", "Error no
+// detection of values icont=%d stop \n", "in file : %s \n" with the generated file); status 1 where
+// that line holds no offset ("RECORD_FILE error cannot extract nc1 \n").
 bool NEXT_LESSON_WORD(Trf_lesson_walk *walk);
 
 // Begins again before the first word.
@@ -73,7 +78,8 @@ struct Trf_history_line {
 
 // Finds the line at offset `start` of the word's idx1 file, which is open: start, next, found and
 // is_record; its text then stands in walk->line. One that cannot be read is told ("cannot read file
-// %s: %s \n" in the log and on standard output).
+// %s: %s \n" in the log and on standard output). Where it waits to be changed, all changes are
+// written first (WRITE_LESSON_CHANGES).
 void FIND_HISTORY_LINE(long start, Trf_lesson_walk *walk, Trf_history_line *line);
 
 // The bytes of the line in the idx1 file, which is still open, without the line end: what may be
@@ -86,5 +92,15 @@ long ROOM_OF_HISTORY_LINE(const Trf_history_line &line, Trf_lesson_walk *walk);
 // Logs "%s  file : %s  needs regeneration\n" where its length is not 52, and "%s and CHECK_4LINT"
 // "some error in file : %s of lesson : %s \n" (with the word's alias) where it is faulty.
 void READ_LESSON_HISTORY(long start, Trf_lesson_walk *walk, Trf_history_line *line);
+
+// Has bytes of the word's idx1 file, which is open, written over by the next WRITE_LESSON_CHANGES.
+// start: offset of the first, from 0; text: the new ones, in the room of lines just found. False
+// where the disk refuses the old ones, which is told ("cannot read file %s: %s \n", log and
+// standard output).
+bool CHANGE_LESSON_HISTORY(long start, const std::string &text, Trf_lesson_walk *walk);
+
+// Writes the changes (WRITE_PENDING). What cannot be written is told ("cannot write file %s: %s
+// \n", log and standard output).
+void WRITE_LESSON_CHANGES(Trf_lesson_walk *walk);
 
 #endif

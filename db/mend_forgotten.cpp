@@ -8,10 +8,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 
 #include "db/history_line.h"
 #include "db/idx1_format.h"
+#include "db/pending_changes.h"
 #include "util/file_copy.h"
 #include "util/in_place.h"
 #include "util/line_reader.h"
@@ -124,8 +126,9 @@ std::string mended_rest(const std::string &bytes) {
   return line_end + blank;
 }
 
-// Mends every erased record of an open file. Returns 0, or the errno that tells why not.
-int mend_records(FILE *fp) {
+// Hands every place of an open file that is to be mended, with what comes there, to `mend`, which
+// returns 0, or the errno that tells why it cannot be done. So does this routine.
+int visit_erased(FILE *fp, const std::function<int(long start, const std::string &text)> &mend) {
   Trf_line_cursor line(fp);
   line.limit = LONG_MAX;
   int reason = 0;
@@ -135,7 +138,7 @@ int mend_records(FILE *fp) {
     if (behind_name && line.length >= 2 * HISTORY_LENGTH) {
       reason = take_bytes(line, &bytes);
       if (reason == 0)
-        reason = WRITE_IN_PLACE(fp, line.start + HISTORY_LENGTH, mended_rest(bytes));
+        reason = mend(line.start + HISTORY_LENGTH, mended_rest(bytes));
     }
     behind_name = IS_NAME_LINE(line.text + strspn(line.text, " "));
   }
@@ -165,23 +168,59 @@ int take_time(FILE *fp, Trf_moment *moment) {
   return 0;
 }
 
-// Mends one file. Returns 0, or the errno that tells why not.
-int mend_file(const char *path, Trf_moment moment) {
+// Opens a noted file; null where it cannot be, and then *reason becomes the errno that tells why,
+// or 0 where there is none to mend.
+Owned_stream open_noted(const char *path, int *reason) {
   Owned_stream fp = OPEN_STREAM(path, "r+");
+  bool is_there = fp != nullptr || (errno != ENOENT && errno != ENOTDIR && errno != EISDIR);
+  *reason = fp == nullptr && is_there ? errno : 0;
+  return fp;
+}
+
+// Adds what is to be mended in a file, and takes its time. Returns 0, or the errno that tells why
+// not.
+int add_mends(const std::string &path, Trf_moment *moment, Trf_pending *pending) {
+  int reason = 0;
+  Owned_stream fp = open_noted(path.c_str(), &reason);
   if (fp == nullptr)
-    return errno == ENOENT || errno == ENOTDIR || errno == EISDIR ? 0 : errno;
-  int reason = take_time(fp.get(), &moment);
-  if (reason == 0)
-    reason = mend_records(fp.get());
-  if (reason == 0)
-    reason = keep_time(fp.get(), moment);
-  if (reason == 0 && fsync(fileno(fp.get())) != 0)
-    reason = errno;
-  return reason;
+    return reason;
+  reason = take_time(fp.get(), moment);
+  if (reason != 0)
+    return reason;
+  return visit_erased(fp.get(), [&](long start, const std::string &text) {
+    return ADD_CHANGE(fp.get(), path, start, text, pending);
+  });
+}
+
+// Gives a mended file its time back, on the disk. Returns 0, or the errno that tells why not.
+int settle_file(const char *path, const Trf_moment &moment) {
+  int reason = 0;
+  Owned_stream fp = open_noted(path, &reason);
+  if (fp == nullptr)
+    return reason;
+  reason = keep_time(fp.get(), moment);
+  return reason == 0 && fsync(fileno(fp.get())) != 0 ? errno : reason;
 }
 
 [[noreturn]] void stop_on_file(FILE *fp_log, const char *verb, const char *path, int reason) {
   STOP_PROGRAM(fp_log, 1, "cannot %s file %s: %s \n", verb, path, strerror(reason));
+}
+
+// Mends the noted files.
+void mend_files(Trf_erased *erased, FILE *fp_log) {
+  Trf_pending pending;
+  for (auto &[path, moment] : *erased) {
+    int reason = add_mends(path, &moment, &pending);
+    if (reason != 0)
+      stop_on_file(fp_log, "write", path.c_str(), reason);
+  }
+  for (const auto &[path, reason] : WRITE_PENDING(&pending, fp_log))
+    stop_on_file(fp_log, "write", path.c_str(), reason);
+  for (const auto &[path, moment] : *erased) {
+    int reason = settle_file(path.c_str(), moment);
+    if (reason != 0)
+      stop_on_file(fp_log, "write", path.c_str(), reason);
+  }
 }
 
 // Copies an open file. Returns 0, or the errno that tells why not.
@@ -217,6 +256,7 @@ bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log) {
 }
 
 void MEND_FORGOTTEN(FILE *fp_log) {
+  FINISH_PENDING(fp_log);
   if (access(ERASED_NAME, F_OK) != 0 && errno == ENOENT)
     return;
   Trf_erased erased;
@@ -224,11 +264,7 @@ void MEND_FORGOTTEN(FILE *fp_log) {
   if (reason != 0)
     stop_on_file(fp_log, "read", ERASED_NAME, reason);
   note_times(&erased);
-  for (const auto &[path, moment] : erased) {
-    reason = mend_file(path.c_str(), moment);
-    if (reason != 0)
-      stop_on_file(fp_log, "write", path.c_str(), reason);
-  }
+  mend_files(&erased, fp_log);
   unlink(ERASED_NAME);
 }
 
@@ -238,7 +274,9 @@ Owned_stream MENDED_COPY(FILE *fp) {
     return nullptr;
   int reason = copy_stream(fp, copy.get());
   if (reason == 0)
-    reason = mend_records(copy.get());
+    reason = visit_erased(copy.get(), [&](long start, const std::string &text) {
+      return WRITE_IN_PLACE(copy.get(), start, text);
+    });
   if (reason == 0)
     return read_afresh(std::move(copy));
   copy.reset();

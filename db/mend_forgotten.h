@@ -29,15 +29,16 @@
 // %s: %s \n" in the log and on standard output): then nothing may be erased.
 bool NOTE_ERASED(const std::set<std::string> &paths, FILE *fp_log);
 
-// Mends the files noted, then removes "./mertu_erased". Nothing to do costs one look for that file.
+// Finishes lines that were being written (FINISH_PENDING), mends the files noted, then removes
+// "./mertu_erased". Nothing to do costs one look for each note.
 // To be called before idx1 files are opened: at the start between MAKE_ST_ALIAS and
 // IDX1_ALL_LESSONS, and before each load, composition, report, recording, check, transfer and
 // synchronisation.
-// Each mended record is one write; the file is synced and keeps its modification time; nothing is
-// logged. A file that is not there has nothing to mend.
+// The records are mended as WRITE_PENDING writes; the files are synced and keep their modification
+// times; nothing is logged. A file that is not there has nothing to mend.
 // Ends the program with status 1 where the notes cannot be read ("cannot read file %s: %s \n" in
 // the log and on standard output) or a file cannot be mended ("cannot write file %s: %s \n"):
-// reading it would lose histories. fp_log: the log, may be null.
+// reading it would lose histories; and as FINISH_PENDING does. fp_log: the log, may be null.
 void MEND_FORGOTTEN(FILE *fp_log);
 
 // A copy, without a name, of an index whose erased records nobody noted here (that of another copy

@@ -16,7 +16,6 @@
 #include "util/day_number.h"
 #include "util/dialogs.h"
 #include "util/file_copy.h"
-#include "util/in_place.h"
 #include "util/numbers.h"
 #include "util/owned.h"
 #include "util/report.h"
@@ -30,8 +29,7 @@ const long FEW_ANSWERS = 2;
 // A lesson being recorded.
 struct Trf_recording {
   Trf_lesson_walk walk;
-  std::set<std::string> written = {};   // idx1 files with a rewritten line
-  std::set<std::string> backed_up = {}; // idx1 files not written since their back-up was taken
+  std::set<std::string> backed_up = {}; // idx1 files not changed since their back-up was taken
   std::vector<std::string> faulty = {}; // aliases of dictionaries with faulty lines, in order
   std::set<std::pair<std::string, long>> met = {}; // the words so far: idx1 file and offset
   bool twice = false;                              // the word was met before
@@ -53,31 +51,12 @@ bool open_gene(Trf_book *book) {
   return book->fp_gene != nullptr;
 }
 
-void tell_unwritten(const std::string &path, int reason, Trf_book *book) {
-  LOG_AND_SAY(book->fp_log, "cannot write file %s: %s \n", path.c_str(), strerror(reason));
-}
-
-void sync_files(const std::set<std::string> &paths, Trf_book *book) {
-  for (const std::string &path : paths) {
-    int reason = SYNC_FILE(path.c_str());
-    if (reason != 0)
-      tell_unwritten(path, reason, book);
-  }
-}
-
-// Writes over bytes of the word's idx1 file.
-void write_bytes(long start, const std::string &text, Trf_lesson_walk *walk) {
-  int reason = WRITE_IN_PLACE(walk->book->fp_idx1, start, text);
-  walk->stale = true;
-  if (reason != 0)
-    tell_unwritten(walk->path, reason, walk->book);
-}
-
 // Backs the word's idx1 file up, unless its back-up holds what the file holds, and remembers its
 // dictionary.
 void note_faulty(Trf_recording *job) {
   Trf_lesson_walk *walk = &job->walk;
   if (job->backed_up.insert(walk->path).second) {
+    WRITE_LESSON_CHANGES(walk);
     std::string path = walk->path;
     Owned_text back_up(back_up_file(path.data()));
     if (back_up == nullptr)
@@ -88,9 +67,8 @@ void note_faulty(Trf_recording *job) {
 }
 
 [[noreturn]] void stop_on_count(int status, Trf_recording *job) {
-  Trf_book *book = job->walk.book;
-  sync_files(job->written, book);
-  STOP_PROGRAM(book->fp_log, status, "RECORD_LESSON error %d \n", status);
+  WRITE_LESSON_CHANGES(&job->walk);
+  STOP_PROGRAM(job->walk.book->fp_log, status, "RECORD_LESSON error %d \n", status);
 }
 
 // QUIRK entry twice in a lesson: where a lesson names one entry twice and the first of the two was
@@ -171,10 +149,8 @@ bool rewrite_line(const Trf_history_line &line, Trf_recording *job) {
   long room = ROOM_OF_HISTORY_LINE(line, &job->walk);
   if (room <= 0)
     return room == 0;
-  write_bytes(line.start, text_of_length(line.values, room), &job->walk);
-  job->written.insert(job->walk.path);
   job->backed_up.erase(job->walk.path);
-  return true;
+  return CHANGE_LESSON_HISTORY(line.start, text_of_length(line.values, room), &job->walk);
 }
 
 void record_word(Trf_recording *job) {
@@ -224,7 +200,7 @@ std::vector<std::string> record_words(Trf_book *book) {
   Trf_recording job = {Trf_lesson_walk(WHO, book->fp_gene, "r+", book)};
   while (NEXT_LESSON_WORD(&job.walk))
     record_word(&job);
-  sync_files(job.written, book);
+  WRITE_LESSON_CHANGES(&job.walk);
   return job.faulty;
 }
 
@@ -249,7 +225,7 @@ void blank_line(const Trf_erasure &erased, Trf_lesson_walk *walk) {
     return;
   std::string text = BLANK_HISTORY_LINE();
   text.resize((size_t)erased.room, ' ');
-  write_bytes(erased.line.start, text, walk);
+  CHANGE_LESSON_HISTORY(erased.line.start, text, walk);
 }
 
 // The offset behind the last byte of a word's history lines, the first of which is there.
@@ -271,8 +247,10 @@ void erase_word(Trf_lesson_walk *walk) {
   if (!find_erasure(qr.line.next, walk, &rq))
     return;
   std::string blank = BLANK_HISTORY_LINE();
-  if (end_of_history(qr, rq) - qr.line.start >= 2 * HISTORY_LENGTH)
-    return write_bytes(qr.line.start, blank + blank, walk);
+  if (end_of_history(qr, rq) - qr.line.start >= 2 * HISTORY_LENGTH) {
+    CHANGE_LESSON_HISTORY(qr.line.start, blank + blank, walk);
+    return;
+  }
   blank_line(qr, walk);
   blank_line(rq, walk);
 }
@@ -289,7 +267,7 @@ void erase_words(Trf_book *book) {
   while (NEXT_LESSON_WORD(&walk))
     if (book->fp_idx1 != nullptr && paths.count(walk.path) > 0)
       erase_word(&walk);
-  sync_files(paths, book);
+  WRITE_LESSON_CHANGES(&walk);
 }
 
 void forget_lesson(Trf_book *book) {

@@ -10,16 +10,16 @@ const long LAST_RECORDED_DAY = 10000;
 const long MAX_RECORDED_COUNT = 10000;
 
 // Writes the counts of the current lesson (book->ilesson; nothing where it is negative) from the
-// position table into the idx1 files, each changed history line in place and as one write, and
-// syncs the files. Says "RECORD_LESSON %d DONE  nb_errors=%d\n" in the log (nb_errors: dictionaries
-// with faulty lines). With faulty lines: the idx1 file is backed up, the learner told
-// (util/dialogs), and the last dictionary checked and corrected (CHECK_CORR_SNG_DBASE).
-// book: ilesson, t_posit and fp_log are read, G_kentel and nbt_lesson by the correction; fp_gene
-// and fp_idx1 are closed and null afterwards. A generated lesson file or an idx1 file that cannot
-// be opened is told ("RECORD_LESSON cannot open file %s \n", log and standard output) and its words
-// are not recorded. A line or file that cannot be read or written is told ("cannot read file %s: %s
-// \n", "cannot write file %s: %s \n", log and standard output), the others are recorded.
-// Ends the program (texts in the log and on standard output):
+// position table into the idx1 files, each changed history line in place (db/pending_changes), and
+// syncs the files before it ends in whatever way. Says "RECORD_LESSON %d DONE  nb_errors=%d\n" in
+// the log (nb_errors: dictionaries with faulty lines). With faulty lines: the idx1 file is backed
+// up, the learner told (util/dialogs), and the last dictionary checked and corrected
+// (CHECK_CORR_SNG_DBASE). book: ilesson, t_posit and fp_log are read, G_kentel and nbt_lesson by
+// the correction; fp_gene and fp_idx1 are closed and null afterwards. A generated lesson file or an
+// idx1 file that cannot be opened is told ("RECORD_LESSON cannot open file %s \n", log and standard
+// output) and its words are not recorded. A line or file that cannot be read or written is told
+// ("cannot read file %s: %s \n", "cannot write file %s: %s \n", log and standard output), the
+// others are recorded. Ends the program (texts in the log and on standard output):
 //   10 "RECORD_LESSON error 10" after day 10000;
 //   1 "RECORD_LESSON error 1" where a count is above 10000;
 //   2 "RECORD_LESSON error 2" where a count is below the file's (before it, on standard output,

@@ -240,16 +240,28 @@ TEST(RazLesson, ForgettingTwiceMendsInBetween) {
   EXPECT_EQ(desk.idx1("one"), desk.with(0, BLANK_HISTORY));
 }
 
+TEST(RazLesson, WhereTheNoteOfTheLinesCannotBeWrittenTheyAreErasedAndThatIsTold) {
+  Record_desk desk;
+  desk.word("one", "mot", {3, 2, 2900, 2800});
+  desk.write();
+  SCRIPT().answer = ANSWER_YES;
+  std::filesystem::create_directory(".new_mertu_pending");
+  EXPECT_EQ(desk.raz(), "cannot write file ./mertu_pending: File exists \n");
+  EXPECT_EQ(desk.idx1("one"), desk.with(0, BLANK + BLANK));
+}
+
 TEST(RazLesson, AWriteThatFailsIsTold) {
   Record_desk desk;
   SCRIPT().answer = ANSWER_YES;
   desk.word("one", "first", {3, 2, 2900, 2800});
+  for (int filling = 0; filling < 30; filling++)
+    desk.entry("one", "filling" + std::to_string(filling), BLANK_HISTORY);
   desk.word("one", "last", {3, 2, 2900, 2800});
   desk.write();
   signal(SIGXFSZ, SIG_IGN);
   struct rlimit before;
   getrlimit(RLIMIT_FSIZE, &before);
-  struct rlimit small = {(rlim_t)desk.places[1].second, before.rlim_max};
+  struct rlimit small = {(rlim_t)desk.places[31].second, before.rlim_max};
   setrlimit(RLIMIT_FSIZE, &small);
   std::string said = desk.raz();
   setrlimit(RLIMIT_FSIZE, &before);

@@ -216,6 +216,24 @@ TEST(RecordLesson, WhatWasRecordedBeforeAnEndOfTheProgramIsInTheFile) {
   EXPECT_EQ(desk.idx1("one"), desk.with(0, history_line(0, 1, 0, 3000)));
 }
 
+TEST(RecordLesson, WhatWasRecordedBeforeABadRecordIsInTheFile) {
+  const std::string texts[] = {"RECORD_LESSON error 1 stop 2 \n",
+                               "RECORD_FILE error cannot extract nc1"};
+  for (int status : {2, 1}) {
+    Record_desk desk;
+    desk.table.QRcum_nok[desk.word("one", "first", NEVER_ASKED)] = 1;
+    desk.table.RQcum_nok[desk.word("two", "second", NEVER_ASKED)] = 1;
+    desk.word("one", "third", NEVER_ASKED);
+    desk.lesson[2].resize(desk.lesson[2].find('\n') + 1);
+    desk.lesson[2] += status == 2 ? "" : " ./IDX1/idx1_one \n";
+    desk.write();
+    ENDS_WITH_STATUS(RECORD_LESSON(&desk.book), status, texts[2 - status]);
+    EXPECT_EQ(desk.idx1("one"), desk.with(0, history_line(0, 1, 0, 3000)));
+    EXPECT_EQ(desk.idx1("two"), desk.with(1, BLANK_AS_ZEROS + history_line(0, 1, 0, 3000)));
+    EXPECT_FALSE(desk.dir.exists("mertu_pending"));
+  }
+}
+
 TEST(RecordLesson, AnEntryThatStandsTwiceIsNamedBeforeTheEnd) {
   Record_desk desk;
   int i = desk.word("one", "la maison", {3, 2, 2900, 2800});
@@ -238,6 +256,30 @@ TEST(RecordLesson, AnEntryThatStandsTwiceIsRecordedWhereItsCountsGrow) {
   desk.write();
   EXPECT_EQ(desk.record(), "");
   EXPECT_EQ(desk.idx1("one"), desk.with(0, history_line(3, 3, 2900, 3000)));
+}
+
+// The back-up that its damaged line asks for comes between the two.
+TEST(RecordLesson, ALineWrittenForABackUpIsReadAsItStandsThen) {
+  Record_desk desk;
+  std::string future = history_line(9, 2, 3001, 2800);
+  desk.known(desk.take(desk.entry("one", "mot", future + NEVER_LINE)), {0, 2, 0, 2800});
+  desk.known(desk.take("#mot *a1 0 * x "), {0, 2, 0, 2800});
+  desk.table.RQcum_nok[1] = 1;
+  desk.write();
+  ENDS_WITH_STATUS(RECORD_LESSON(&desk.book), 2,
+                   "entry mot stands twice in the lesson \nRECORD_LESSON error 2 \n");
+  EXPECT_EQ(desk.idx1("one"), desk.with(0, future + history_line(0, 1, 0, 3000)));
+}
+
+TEST(RecordLesson, WhereNoNoteCanBeWrittenTheLessonIsRecordedAndThatIsTold) {
+  Record_desk desk;
+  desk.table.QRcum_nok[desk.word("one", "mot", NEVER_ASKED)] = 1;
+  desk.write();
+  std::filesystem::create_directory(".new_mertu_pending");
+  std::string told = "cannot write file ./mertu_pending: File exists \n";
+  EXPECT_EQ(desk.record(), told);
+  EXPECT_EQ(desk.log(), told + DONE);
+  EXPECT_EQ(desk.idx1("one"), desk.with(0, history_line(0, 1, 0, 3000)));
 }
 
 TEST(RecordLesson, ARecordThatCannotBeReadIsPassedOverWithItsWordAlone) {

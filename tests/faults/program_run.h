@@ -63,7 +63,7 @@ struct Program_run {
     book->t_posit->nb_posit = 0;
     if (n <= book->nbt_lesson)
       INIT_LESSON(&n, book);
-    if (book->t_posit->nb_posit != (dictionary == ONE ? NB_ONE : NB_TWO))
+    if (book->t_posit->nb_posit != (std::string(dictionary) == ONE ? NB_ONE : NB_TWO))
       SAY("cannot load all of %s", dictionary);
   }
   // Every question missed once, every response known often.
