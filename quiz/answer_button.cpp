@@ -143,7 +143,7 @@ void eject(Trf_book *book) {
 } // namespace
 
 gboolean callback_ok_nok(GtkWidget *, GdkEvent *event, Trf_book *book) {
-  if (event->type != GDK_BUTTON_PRESS)
+  if (REPEATS_A_PRESS(event))
     return FALSE;
   if (press.inside || book->active == 0) {
     eject(book);

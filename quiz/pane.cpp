@@ -141,6 +141,10 @@ bool DRAIN_EVENTS(long moment, Trf_book *book) {
          step == book->start_lesson && ilesson == book->ilesson;
 }
 
+bool REPEATS_A_PRESS(const GdkEvent *event) {
+  return event != nullptr && (event->type == GDK_2BUTTON_PRESS || event->type == GDK_3BUTTON_PRESS);
+}
+
 void FORGET_WIDGETS(Trf_book *book) {
   for (auto widget : WIDGETS)
     book->*widget = nullptr;

@@ -13,6 +13,8 @@
 
 #include "util/book.h"
 
+typedef union _GdkEvent GdkEvent;
+
 // Appends one line to the quiz pane.
 //   ss         the text (CP1252, accent notation allowed, null for ""); not changed. Blanks at both
 //              ends are cut; a line of blanks alone shows as two blanks.
@@ -56,6 +58,10 @@ void LESSON_MOVES_ON();
 // LESSON_MOMENT) has passed or ilesson or start_lesson changed: the caller then ends without
 // touching pane or table.
 bool DRAIN_EVENTS(long moment, Trf_book *book);
+
+// True for the event that a double or triple click brings beside the presses it consists of; the
+// handlers of the quiz let it go by. False for any other, and for none (null).
+bool REPEATS_A_PRESS(const GdkEvent *event);
 
 // The window is gone: every widget pointer of the book becomes null, nb_line 0; the lesson moves
 // on.

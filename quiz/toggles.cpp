@@ -28,7 +28,7 @@ void ask_other_direction(Trf_book *book) {
 
 // True for a single press, which also frees the answer button.
 bool takes_press(const GdkEvent *event, Trf_book *book) {
-  if (event->type != GDK_BUTTON_PRESS)
+  if (REPEATS_A_PRESS(event))
     return false;
   book->active = 1;
   SET_ANSWER_BUTTON(true, book);

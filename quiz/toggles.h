@@ -9,8 +9,8 @@
 // "button_press_event" handler of the direction button. While a drill runs it asks for the other
 // direction (toggle_sens_qr, and the label), which comes with the next verdict; a second press
 // takes that back. Before a drill, or while a response is shown, the direction (sens_qr) and label
-// change at once. Sets active and makes the answer button sensitive. Only single presses count.
-// Returns FALSE.
+// change at once. Sets active and makes the answer button sensitive. Only single presses count;
+// a call without an event (null) is one. Returns FALSE.
 gboolean callback_togqr(GtkWidget *widget, GdkEvent *event, Trf_book *book);
 
 // "button_press_event" handler of the sound button: switches the sound; label "<)))" when it is on,

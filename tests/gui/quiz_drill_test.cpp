@@ -250,6 +250,14 @@ TEST_F(QuizDrill, EventsOfADoubleClickAreNoPresses) {
   EXPECT_EQ(window.book->state, 1);
 }
 
+TEST_F(QuizDrill, OnlyTheMouseButtonOfAnEventIsLookedAt) {
+  Test_window window(TWO_LESSONS());
+  start(&window);
+  GdkEvent event = event_of(GDK_NOTHING, LEFT);
+  callback_ok_nok(window.book->Button1, &event, window.book);
+  EXPECT_EQ(window.book->state, 2);
+}
+
 TEST_F(QuizDrill, DoublePressCountsOnce) {
   Test_window window(TWO_LESSONS());
   start(&window);

@@ -128,6 +128,14 @@ TEST(QuizToggles, BothFreeTheAnswerButton) {
   }
 }
 
+TEST(QuizToggles, CallWithoutAnEventCountsAsAPress) {
+  Test_window window(TWO_LESSONS());
+  EXPECT_EQ(callback_togsound(window.book->button_sound, nullptr, window.book), FALSE);
+  EXPECT_EQ(callback_togqr(window.book->button_qr, nullptr, window.book), FALSE);
+  EXPECT_EQ(window.book->sound, 0);
+  EXPECT_EQ(window.book->sens_qr, 2);
+}
+
 TEST(QuizToggles, EventsOfADoubleClickAreNoPresses) {
   Test_window window(TWO_LESSONS());
   GdkEvent event;
