@@ -44,7 +44,7 @@ enum Told { TOLD_PLACE, TOLD_NOTHING, TOLD_ODDLY };
 Told take_place(std::istringstream *note, Told_place *place) {
   std::string line;
   long start = 0, length = 0;
-  if (!std::getline(*note, line) || note->eof())
+  if (!std::getline(*note, line) || note->eof() || line.find('\0') != line.npos)
     return TOLD_NOTHING;
   std::istringstream words(line);
   words >> place->path >> start >> length;
