@@ -176,6 +176,21 @@ TEST(Idx1Walk, HistoriesAreReadWhereverTheBlocksOfTheFileEnd) {
   EXPECT_EQ(walked.logged(), "");
 }
 
+TEST(Idx1Walk, HistoryLinesOnTheWayToANameAreCounted) {
+  const std::string entry = "#a *fr1 0 *\r\n" + KNOWN + NEVER;
+  Walked walked(HEADER + entry + entry + entry + "# END_OF_FILE * 12  \r\n");
+  SKIP_HEADER(&walked.walk);
+  ALLOW_LINES(5, &walked.walk);
+  ASSERT_EQ(NEXT_NAME(&walked.walk), WALK_ENTRY);
+  EXPECT_EQ(walked.walk.line.nb_read, 1);
+  ASSERT_EQ(NEXT_NAME(&walked.walk), WALK_ENTRY);
+  EXPECT_EQ(walked.walk.line.nb_read, 4);
+  EXPECT_EQ(walked.walk.line.start, (long)(HEADER.size() + entry.size()));
+  EXPECT_EQ(NEXT_NAME(&walked.walk), WALK_END);
+  EXPECT_EQ(walked.walk.line.nb_read, 5);
+  EXPECT_EQ(walked.walk.line.start, (long)(HEADER.size() + entry.size() + 13));
+}
+
 TEST(Idx1Walk, OnlyHistoryLinesArePassedOver) {
   Walked walked(HEADER + "#a *fr1 0 *\r\n" + KNOWN + "damaged\r\n" + NEVER + "#b *fr1 9 *\r\n" +
                 KNOWN + "# END_OF_FILE * 12  \r\n");
