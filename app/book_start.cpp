@@ -107,6 +107,9 @@ void PREPARE_WORDS(Trf_records *records) {
             records->ss_font_vocab);
   book->sound = 1;
   book->fp_log = fopen("mertu_log", "w");
+  // Whatever ends the program, what was logged stands in the file.
+  if (book->fp_log != nullptr)
+    setvbuf(book->fp_log, nullptr, _IOLBF, BUFSIZ);
   SET_SAVED_LOG(book->fp_log);
   CALC_INDEX(book->fp_log, records->G_kentel, records->t_posit);
 }

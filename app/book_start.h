@@ -42,8 +42,9 @@ void FREE_RECORDS(Trf_records *records);
 // Sets the elements 0 to MAX_LINE - 1 of the book's two arrays of line widgets to null.
 void CLEAR_LINE_WIDGETS(Trf_book *book);
 
-// Reads mertu.conf into the records, switches the sound on, opens the log (mertu_log, emptied; a
-// log that cannot be opened is null and nothing is logged) and brings every index up to date.
+// Reads mertu.conf into the records, switches the sound on, opens the log (mertu_log, emptied; each
+// line is in the file once it is logged; a log that cannot be opened is null and nothing is logged)
+// and brings every index up to date.
 // Files and ends of the program: those of FURCH_SET and CALC_INDEX.
 void PREPARE_WORDS(Trf_records *records);
 

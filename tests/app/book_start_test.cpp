@@ -229,6 +229,16 @@ TEST(BookStart, PreparingReadsTheConfigurationAndBuildsTheIndexes) {
   EXPECT_THAT(dir.read("mertu_log"), testing::Not(testing::HasSubstr("last run")));
 }
 
+TEST(BookStart, ALineOfTheLogStandsInTheFileAtOnce) {
+  Scratch_dir dir;
+  dir.write("a.txt", DICTIONARY);
+  dir.write("mertu.conf", CONFIGURATION);
+  Records records;
+  PREPARE_WORDS(&records);
+  LOG_LINE(records.book->fp_log, "the last thing before the light went out \n");
+  EXPECT_THAT(dir.read("mertu_log"), testing::EndsWith("before the light went out \n"));
+}
+
 TEST(BookStart, ALogThatCannotBeOpenedIsNotMissed) {
   Scratch_dir dir;
   dir.write("a.txt", DICTIONARY);
