@@ -2,6 +2,7 @@
 #ifndef MERTU_TESTS_FAULTS_OPERATIONS_H
 #define MERTU_TESTS_FAULTS_OPERATIONS_H
 
+#include <ostream>
 #include <vector>
 
 struct Operation {
@@ -10,6 +11,11 @@ struct Operation {
   void (*work)();    // the operation, from the start of the program on
   bool composes;     // what it answers hangs on the dictionaries that can be read
 };
+
+// How the tests show it.
+inline void PrintTo(const Operation &operation, std::ostream *stream) {
+  *stream << operation.name;
+}
 
 // Every operation that writes.
 extern const std::vector<Operation> OPERATIONS;

@@ -60,6 +60,7 @@ struct Program_run {
            Owned_text(S_LESSON_FROM_NUM(n, book->G_kentel)).get() != std::string(dictionary))
       n++;
     book->ilesson = n;
+    book->start_lesson = 2; // described: the learner's press loads it
     book->t_posit->nb_posit = 0;
     if (n <= book->nbt_lesson)
       INIT_LESSON(&n, book);
