@@ -159,8 +159,8 @@ void store_ready_bytes(Line *line) {
   line->nb_read += taken;
 }
 
-// Takes the bytes behind the first of a UTF-8 sequence. They go into the spare bytes of the buffer
-// unasked. Returns the byte behind the last one taken.
+// Takes the bytes behind the first of a UTF-8 sequence. They may go into the spare bytes of the
+// buffer; the capacity does not grow. Returns the byte behind the last one taken.
 //
 // QUIRK swallowed sequence: as many bytes as the first one announces belong to the sequence, good
 // or bad; a tab among them stays a tab, and an accented letter or a further first byte is not
@@ -169,6 +169,9 @@ void store_ready_bytes(Line *line) {
 // working copy is made by the same count. Test:
 // LineReader.BytesBehindAnAnnouncingByteAreTakenGoodOrBad
 int take_sequence(Line *line, int announced) {
+  // The caller's own block may lack the spare bytes.
+  if (line->length + announced >= line->capacity)
+    resize(line);
   bool good = true;
   int byte = next_byte(line);
   while (announced > 0 && byte != 0 && !ends_line(byte)) {

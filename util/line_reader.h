@@ -29,10 +29,11 @@ const long MAX_LINES_READ = 10000;
 
 // Reads the line of fp that begins at byte offset *nc (from 0).
 //   nc      in: the offset of the line; out: the offset where the next line begins
-//   ss      the buffer, from malloc, or null; grown with realloc. It must hold *nbytes + 5 bytes;
-//           a null one is given as many. Afterwards it holds the line, ended by a NUL, and never
-//           is null. The caller frees it with free (or g_free).
-//   nbytes  its capacity, 0 or more; grows by 108 at a time
+//   ss      the buffer, from malloc, or null; grown with realloc. It holds *nbytes bytes, one at
+//           least. Afterwards it holds the line, ended by a NUL, and never is null. The caller
+//           frees it with free (or g_free).
+//   nbytes  its capacity, 0 or more; grows by 108 at a time. The block that the reader gives holds
+//           five bytes more
 //   fp      borrowed, open for reading and able to seek
 // Returns the length of the line in bytes (0 for an empty one), -1 when the offset cannot be
 // sought, -2 at the end of the file; in both these cases the line is empty and *nc unchanged.

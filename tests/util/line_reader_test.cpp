@@ -3,6 +3,7 @@
 
 #include <glib.h>
 #include <limits.h>
+#include <malloc.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
@@ -374,6 +375,19 @@ TEST(LineReader, ContinuationBytesFitIntoTheSpareBytes) {
     Read read = reader.at(0);
     EXPECT_EQ(read.text, "abcd\360\237\230\200");
     EXPECT_EQ(read.capacity, before == 5 ? 113 : before);
+  }
+}
+
+TEST(LineReader, BufferOfItsCapacityAloneIsGivenTheSpareBytes) {
+  for (const string sequence : {"\303\251", "\342\202\254", "\360\237\230\200"}) {
+    for (long before = 2; before < 60; before++) {
+      Owned_stream fp = file_of(string((size_t)before - 2, 'x') + sequence + "\n");
+      Reader reader(fp.get());
+      reader.ss = (char *)malloc((size_t)before);
+      reader.nbytes = before;
+      EXPECT_EQ(reader.at(0).capacity, before);
+      EXPECT_GE(malloc_usable_size(reader.ss), (size_t)before + 5);
+    }
   }
 }
 
