@@ -481,6 +481,20 @@ TEST(LineReader, PushedBackByteIsNotPartOfTheLine) {
   EXPECT_EQ(reader.at(7), (Read{0, 8, 108, ""}));
 }
 
+TEST(LineReader, PushedBackBytesMoveNoLineBeforeOrAfterTheyAreRead) {
+  for (int nb_read_again : {0, 1, 2}) {
+    Owned_stream fp = file_of("one\ntwo\nsix\nten\n");
+    Reader reader(fp.get());
+    EXPECT_EQ(reader.at(4).text, "two");
+    ungetc('y', fp.get());
+    ungetc('x', fp.get());
+    for (int i = 0; i < nb_read_again; i++)
+      EXPECT_EQ(fgetc(fp.get()), i == 0 ? 'x' : 'y');
+    EXPECT_EQ(reader.at(0).text, "one") << nb_read_again << " read again";
+    EXPECT_EQ(reader.at(8).text, "six") << nb_read_again << " read again";
+  }
+}
+
 TEST(LineReader, StreamInMemoryIsReadAsAFile) {
   char bytes[] = "one\ntwo\r\nthree";
   Owned_stream fp(fmemopen(bytes, strlen(bytes), "r"));
@@ -720,6 +734,8 @@ TEST(ReadyBytes, AreNoneWhereTheFileWouldHaveToBeRead) {
   EXPECT_EQ(READY_BYTES(4, &cursor), nullptr);
   ASSERT_TRUE(NEXT_LINE(&cursor));
   EXPECT_EQ(READY_BYTES(5, &cursor), nullptr);
+  cursor.next = 6;
+  EXPECT_EQ(READY_BYTES(3, &cursor), nullptr);
   cursor.next = 0;
   EXPECT_EQ(READY_BYTES(4, &cursor), nullptr);
   cursor.next = 8;
