@@ -119,7 +119,7 @@ void Index_floor::run() const {
     write_synced(copy, to_cp1252(converter, read_whole(dictionaries[i])));
     read_whole(copy);
     if (i < old_indexes.size()) {
-      write_synced("floor/idx1_old", read_whole(old_indexes[i]));
+      write_plain("floor/idx1_old", read_whole(old_indexes[i]));
       read_whole("floor/idx1_old");
     }
     write_synced(copy + ".idx1", indexes[i]);

@@ -16,7 +16,7 @@ long LOOP_OVER_BYTES(const std::string &bytes);
 
 // An index made: each dictionary read, converted to CP1252 by iconv and written as its copy; the
 // copy read; where there is an old index, that read, written as idx1_old and read again; the index
-// written. Each file written is synced. What was written stands in ./floor.
+// written. Copies and indexes are synced. What was written stands in ./floor.
 struct Index_floor {
   std::vector<std::string> dictionaries;
   std::vector<std::string> old_indexes; // empty for a first index

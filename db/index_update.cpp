@@ -105,12 +105,10 @@ void refresh_index(FILE *fp_log, int num, Trf_registry_walk *walk) {
 
 // Copies the old index to ./idx1_old. False only where there is none.
 bool copy_old_index(FILE *fp_log, const char *s_idx1) {
-  if (!OPEN_SOURCE(s_idx1)) {
-    if (errno == ENOENT)
-      return false;
-    stop_on_file(fp_log, "read", s_idx1);
-  }
-  int result = copier_fichier(s_idx1, OLD_INDEX);
+  Owned_stream fp = OPEN_SOURCE(s_idx1);
+  if (!fp && errno == ENOENT)
+    return false;
+  int result = fp ? COPY_TO_SCRATCH(fp.get(), OLD_INDEX) : 1;
   if (result != 0)
     stop_on_file(fp_log, result == 1 ? "read" : "write", result == 1 ? s_idx1 : OLD_INDEX);
   return true;

@@ -4,11 +4,26 @@
 #include <errno.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
 #include "util/paths.h"
 #include "util/report.h"
+
+namespace {
+
+const size_t COPY_BLOCK = 16384;
+
+// Whether an open file is also the one at the path.
+bool is_file_at(FILE *fp, const char *path) {
+  struct stat open_one;
+  struct stat other;
+  return fstat(fileno(fp), &open_one) == 0 && stat(path, &other) == 0 &&
+         open_one.st_dev == other.st_dev && open_one.st_ino == other.st_ino;
+}
+
+} // namespace
 
 Owned_stream OPEN_SOURCE(const char *source) {
   Owned_stream fp = OPEN_STREAM(source, "rb");
@@ -37,11 +52,28 @@ int copier_fichier(const char *source, const char *destination) {
   Trf_new_file copy;
   if (!OPEN_NEW_FILE(destination, &copy))
     return 2;
-  char block[16384];
+  char block[COPY_BLOCK];
   while (size_t nb = READ_OR_STOP(fp.get(), source, block, sizeof(block), &copy))
     fwrite(block, 1, nb, copy.fp);
   COMMIT_OR_STOP(&copy, destination, SAVED_LOG());
   return 0;
+}
+
+int COPY_TO_SCRATCH(FILE *fp, const char *scratch) {
+  if (is_file_at(fp, scratch))
+    return 0;
+  if (unlink(scratch) != 0 && errno != ENOENT)
+    return 2;
+  Owned_stream copy = OPEN_STREAM(scratch, "wxb");
+  if (!copy)
+    return 2;
+  char block[COPY_BLOCK];
+  while (size_t nb = fread(block, 1, sizeof(block), fp))
+    if (fwrite(block, 1, nb, copy.get()) != nb)
+      return 2;
+  if (ferror(fp))
+    return 1;
+  return fflush(copy.get()) == 0 ? 0 : 2;
 }
 
 char *back_up_file(char *file_path) {

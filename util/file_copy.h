@@ -17,6 +17,13 @@ const char BACK_UP_PREFIX[] = "cpy_";
 // SAVED_LOG) when reading or writing fails after that; the old destination then stands.
 int copier_fichier(const char *source, const char *destination);
 
+// Copies an open file, from where it stands, to a scratch file, which is made anew: whoever dies
+// in the meantime needs it no more, so it is not synced. A file that is its own scratch file stays
+// as it is. fp: open for reading; borrowed.
+// Returns 0, 1 when the file cannot be read, 2 when the scratch file cannot be written; errno tells
+// why.
+int COPY_TO_SCRATCH(FILE *fp, const char *scratch);
+
 // Copies the file to its back-up, "cpy_" before its name in its own directory ("IDX1/idx1_verbs"
 // gives "./IDX1/cpy_idx1_verbs"); an older back-up is replaced. Returns a new string, the path of
 // the back-up; the caller frees it with g_free. Null when there is no such file or the back-up

@@ -14,6 +14,7 @@
 namespace {
 
 const int MAX_LINKS = 40;
+const size_t BUFFER_SIZE = 65536;
 
 std::string directory_of(const std::string &path) {
   size_t slash = path.rfind('/');
@@ -56,6 +57,16 @@ bool may_replace(const std::string &path, struct stat *old, bool *exists) {
   return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
+// Opens a file that is not there. One that an earlier end of the program left is taken away.
+FILE *open_new(const char *path) {
+  FILE *fp = fopen(path, "wx+b");
+  if (fp == nullptr && errno == EEXIST) {
+    unlink(path);
+    fp = fopen(path, "wx+b");
+  }
+  return fp;
+}
+
 bool open_beside(Trf_new_file *file, const char *destination, const std::string &beside) {
   DROP_NEW_FILE(file);
   file->destination = follow_links(destination);
@@ -65,10 +76,11 @@ bool open_beside(Trf_new_file *file, const char *destination, const std::string 
     return false;
   file->beside =
       directory_of(file->destination) + (beside.empty() ? name_beside(file->destination) : beside);
-  unlink(file->beside.c_str());
-  file->fp = fopen(file->beside.c_str(), "wx+b");
+  file->fp = open_new(file->beside.c_str());
   if (file->fp == nullptr)
     return false;
+  file->buffer = std::make_unique<char[]>(BUFFER_SIZE);
+  setvbuf(file->fp, file->buffer.get(), _IOFBF, BUFFER_SIZE);
   if (exists && fchmod(fileno(file->fp), old.st_mode & 07777) != 0) {
     int reason = errno;
     DROP_NEW_FILE(file);

@@ -7,13 +7,15 @@
 
 #include <stdio.h>
 
+#include <memory>
 #include <string>
 
 // A file being replaced. Not copied; a file that is never committed is removed with its record.
 struct Trf_new_file {
-  FILE *fp = nullptr;      // the new file, open for reading and writing
-  std::string destination; // the file that will be replaced, links resolved
-  std::string beside;      // where the new one is written until then
+  FILE *fp = nullptr;             // the new file, open for reading and writing
+  std::string destination;        // the file that will be replaced, links resolved
+  std::string beside;             // where the new one is written until then
+  std::unique_ptr<char[]> buffer; // that of the stream: most files are written at once
 
   Trf_new_file() = default;
   Trf_new_file(const Trf_new_file &) = delete;

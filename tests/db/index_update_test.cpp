@@ -169,12 +169,11 @@ TEST(UpdateIdx1File, AScratchFileThatCannotBeOpenedAgainEndsTheProgram) {
   Home home;
   home.dir.write("CPY/a", COPY);
   home.dir.write("IDX1/idx1_a", OLD_IDX1);
-  home.dir.write("idx1_old", "");
-  chmod("idx1_old", 0200);
-  give_to_nobody({".", "IDX1", "IDX1/idx1_a", "idx1_old"});
+  give_to_nobody({".", "IDX1", "IDX1/idx1_a"});
   ENDS_WITH_STATUS(
       {
         become_nobody();
+        umask(0444);
         update(&home);
       },
       1, "^sub IDX1_EACH_DICO error fp_class STOP \n$");

@@ -173,12 +173,12 @@ TEST(MendForgotten, AFileThatCannotBeMendedEndsTheProgramAndStaysNoted) {
 }
 
 TEST(MendForgotten, TheNoteIsOnTheDiskUnderItsName) {
-  // Four calls, each with a moment before and one after: a new file left behind is taken away, and
-  // the bytes, the name and the directory go to the disk.
+  // Three calls, each with a moment before and one after: the bytes, the name and the directory go
+  // to the disk.
   Scratch_dir dir;
   auto note = [] { NOTE_ERASED({"./IDX1/idx1_a"}, nullptr); };
-  EXPECT_TRUE(KILLED_RUN(note, 8, 0));
-  EXPECT_FALSE(KILLED_RUN(note, 9, 0));
+  EXPECT_TRUE(KILLED_RUN(note, 6, 0));
+  EXPECT_FALSE(KILLED_RUN(note, 7, 0));
 }
 
 // An index that was not mended must not be read, and its note not go.

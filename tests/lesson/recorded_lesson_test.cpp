@@ -139,10 +139,9 @@ TEST(RecordedLesson, KilledAtEveryStepAllIsRecordedOrNothing) {
     EXPECT_FALSE(home.dir.exists("mertu_pending")) << when;
   }
   EXPECT_EQ(nb_recorded, 14);
-  // The note (one that was left beside taken away, sync, rename, sync of the directory), fourteen
-  // lines, each one write, two files synced, the note removed (and the directory synced); two steps
-  // each, the last run is whole.
-  EXPECT_EQ(countdown, 2 * (4 + 14 + 2 + 2) + 1);
+  // The note (sync, rename, sync of the directory), fourteen lines, each one write, two files
+  // synced, the note removed (and the directory synced); two steps each, the last run is whole.
+  EXPECT_EQ(countdown, 2 * (3 + 14 + 2 + 2) + 1);
 }
 
 TEST(RecordedLesson, ManyLessonsHoldWhatAPlainModelSays) {

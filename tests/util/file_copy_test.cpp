@@ -44,6 +44,51 @@ TEST(CopierFichier, EveryByteIsCopied) {
   }
 }
 
+TEST(CopyToScratch, EveryByteIsCopiedOverAnOlderOne) {
+  Scratch_dir dir;
+  dir.write("scratch", any_bytes(200000));
+  for (size_t length : {0, 1, 16384, 16385, 100000}) {
+    dir.write("a", any_bytes(length));
+    EXPECT_EQ(COPY_TO_SCRATCH(OPEN_SOURCE("a").get(), "./scratch"), 0);
+    EXPECT_EQ(dir.read("scratch"), any_bytes(length));
+  }
+}
+
+TEST(CopyToScratch, AFileThatIsItsOwnScratchFileStays) {
+  Scratch_dir dir;
+  dir.write("a", "the histories");
+  std::filesystem::create_symlink("a", "scratch");
+  for (const char *scratch : {"./a", "scratch"}) {
+    EXPECT_EQ(COPY_TO_SCRATCH(OPEN_SOURCE("a").get(), scratch), 0) << scratch;
+    EXPECT_EQ(dir.read("a"), "the histories") << scratch;
+  }
+}
+
+TEST(CopyToScratch, WhatStandsInTheWayIsTold) {
+  Scratch_dir dir;
+  dir.write("a", "text");
+  dir.write("taken/file", "");
+  EXPECT_EQ(COPY_TO_SCRATCH(OPEN_SOURCE("a").get(), "taken"), 2);
+  EXPECT_EQ(errno, EISDIR);
+  EXPECT_EQ(COPY_TO_SCRATCH(OPEN_SOURCE("a").get(), "missing/scratch"), 2);
+  EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(CopyToScratch, AWriteOrAReadThatFailsIsTold) {
+  Scratch_dir dir;
+  dir.write("a", any_bytes(50000));
+  EXPECT_EXIT(
+      {
+        limit_file_size(20000);
+        bool told = COPY_TO_SCRATCH(OPEN_SOURCE("a").get(), "scratch") == 2 && errno == EFBIG;
+        exit(told ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+  Owned_stream unreadable = OPEN_STREAM("a", "a");
+  EXPECT_EQ(COPY_TO_SCRATCH(unreadable.get(), "scratch"), 1);
+  EXPECT_EQ(errno, EBADF);
+}
+
 TEST(CopierFichier, AnOldDestinationIsReplacedWhole) {
   Scratch_dir dir;
   dir.write("a", "new");
