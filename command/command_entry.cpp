@@ -23,6 +23,11 @@ namespace {
 // Why no lesson was opened, for CONFIRM0_NEW_LESSON.
 enum { NO_WORD = 1, DATABASE_DONE = 2, LISTING_DONE = 3, NO_SUCH_LESSON = 4 };
 
+// False once the window is gone, and the entry with it.
+bool window_lives(const Trf_book *book) {
+  return book->entry_book != nullptr;
+}
+
 void switch_sound(int asked, Trf_book *book) {
   book->sound = asked == SOUND_OTHER ? book->sound != 1 : asked;
   TRACE("callback_entry_book switches the sound to %d", book->sound);
@@ -64,7 +69,7 @@ void go_to(int ilesson, Trf_book *book) {
 
 // Announces the lesson before again, with what the command did.
 void return_to(int previous, int code, Trf_book *book) {
-  if (book->pWindow == nullptr)
+  if (!window_lives(book))
     return;
   go_to(previous == 0 ? 1 : previous, book);
   CONFIRM0_NEW_LESSON(code, book);
@@ -102,7 +107,7 @@ void compose(const Trf_command &command, int previous, Trf_book *book) {
 void show(void (*report)(Trf_book *), int previous, Trf_book *book) {
   LESSON_MOVES_ON();
   report(book);
-  if (book->pWindow != nullptr)
+  if (window_lives(book))
     go_to(previous, book);
 }
 
@@ -110,7 +115,7 @@ void check_dictionaries(const char *names, Trf_book *book) {
   int nb = COUNT_WORDS(names);
   if (nb == 0)
     CHECK_CORR_ALL_DBASE(book);
-  for (int n = 1; n <= nb && book->pWindow != nullptr; n++)
+  for (int n = 1; n <= nb && window_lives(book); n++)
     CHECK_CORR_SNG_DBASE(NTH_WORD(names, n).data(), book);
 }
 
@@ -176,7 +181,7 @@ void callback_entry_book(GtkWidget *, Trf_book *book) {
 }
 
 gboolean clean_entry_book(GtkWidget *widget, GdkEvent *event, Trf_book *) {
-  if (event != nullptr && event->type != GDK_BUTTON_PRESS)
+  if (REPEATS_A_PRESS(event))
     return FALSE;
   GtkEditable *entry = GTK_EDITABLE(widget);
   gint begin = 0;

@@ -29,8 +29,8 @@
 void callback_entry_book(GtkWidget *widget, Trf_book *book);
 
 // "button-press-event" handler of the entry: deletes the selected text, so that the learner can
-// type over the last command; a double press is left to the entry. Returns FALSE: the press goes on
-// to the entry.
+// type over the last command; a double press is left to the entry. A call without an event (null)
+// is a press. Returns FALSE: the press goes on to the entry.
 gboolean clean_entry_book(GtkWidget *widget, GdkEvent *event, Trf_book *book);
 
 #endif

@@ -4,6 +4,8 @@
 
 #include "command/command_entry.h"
 
+#include <utility>
+
 #include "config/registry.h"
 #include "db/history_line.h"
 #include "gui/window.h"
@@ -400,6 +402,39 @@ TEST(Command, ADoublePressInTheEntryIsLeftToIt) {
     gdk_event_free(event);
     EXPECT_EQ(window.command(), left);
   }
+}
+
+TEST(Command, AnyOtherEventOfTheEntryEmptiesItsSelection) {
+  Commands window;
+  GtkWidget *entry = window.book->entry_book;
+  GdkEvent event = {};
+  event.type = GDK_NOTHING;
+  for (GdkEvent *given : {&event, static_cast<GdkEvent *>(nullptr)}) {
+    gtk_entry_set_text(GTK_ENTRY(entry), "!help");
+    gtk_editable_select_region(GTK_EDITABLE(entry), 1, 3);
+    EXPECT_FALSE(clean_entry_book(entry, given, window.book));
+    EXPECT_EQ(window.command(), "!lp");
+  }
+}
+
+TEST(Command, NeedsNoMoreOfTheWindowThanItsEntryAndItsPane) {
+  Commands window;
+  window.dir().write("mertu_list.txt", "a page\n");
+  GtkWidget *whole = std::exchange(window.book->pWindow, nullptr);
+  auto activate = [&window](const char *text) {
+    gtk_entry_set_text(GTK_ENTRY(window.book->entry_book), text);
+    callback_entry_book(window.book->entry_book, window.book);
+  };
+  window.book->ilesson = 0;
+  activate("nix");
+  EXPECT_EQ(window.book->ilesson, 1);
+  EXPECT_THAT(window.pane_lines(), Contains(UNKNOWN));
+  activate("!help");
+  EXPECT_EQ(window.book->start_lesson, 0);
+  EXPECT_THAT(window.pane_lines(), ElementsAre("a page"));
+  activate("!ccdb 99");
+  EXPECT_THAT(window.log(), HasSubstr("CHECK_CORR_SNG_DBASE not OK lesson  num=99 \n"));
+  window.book->pWindow = whole;
 }
 
 TEST(Command, TheTextStaysInTheEntry) {
