@@ -1,6 +1,7 @@
 // The worst-words lesson: the twenty entries that the learner knows least, out of all dictionaries.
 #include "lesson/worst_words.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "db/verify_lesson.h"
@@ -34,6 +35,13 @@ const Trf_recipe WORST = {"WORST_WORDS_LESSON", TEXTS, "w+", true, false, MAY_BE
 // The completion of code 5: the first key of an entry counts down from the bound.
 const Trf_recipe FEWEST_REST = {"WORST_WORDS_LESSON",    TEXTS, "w+", true, false,
                                 may_be_worst_below_bound};
+
+// Has the bound lie above every entry of the table, also of one that no lesson of the worst words
+// has filled: a first key below 0 would be the heaviest of all.
+void cover_the_table(int sens, Trf_posit *t_posit) {
+  long least = WORST_BOUND(t_posit->nb_posit, SIDE_OF_TABLE(sens, t_posit));
+  memory.bound = std::max(memory.bound, least);
+}
 
 // Sorts the ordering of the lesson's direction by the keys of the code.
 void rank_by_keys(const Trf_worst_rule &rule, Trf_composition *composition) {
@@ -153,6 +161,7 @@ void COMPLETE_WORST_LESSON(int code_worst, int prev_lesson, FILE *fp_gene, Trf_b
   if (!IS_WORST_CODE(code_worst))
     return TELL_UNKNOWN_CODE(code_worst);
   Trf_composition rest(code_worst == CODE_FEWEST ? &FEWEST_REST : &WORST, nullptr, book);
+  cover_the_table(rest.sens, book->t_posit);
   Trf_worst_rule rule = {code_worst, rest.today, memory.bound};
   auto ahead = [&](int rank) {
     Trf_side side = SIDE_OF_TABLE(rest.sens, book->t_posit);

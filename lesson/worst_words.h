@@ -28,7 +28,7 @@ void WORST_WORDS_LESSON(int code_worst, Trf_book *book);
 // Searches the dictionaries after prev_lesson (a number, from 1) for entries that go ahead of the
 // lesson's last one under the keys of the code; each takes the place of the last at its own rank,
 // and its record is appended to fp_gene. Code 5 passes over entries with as many answers as the
-// bound of the last WORST_WORDS_LESSON.
+// bound of the last WORST_WORDS_LESSON, or as that of the table where it is the greater one.
 //   fp_gene   the generated lesson file, open for writing at its end; stays open
 //   book      t_posit changes; fp_idx1 is null afterwards
 // A code that is unknown is said as above, and nothing is searched. Ends of the program as above

@@ -113,6 +113,27 @@ TEST(CompleteWorst, TheBoundCountsThoseThatDidNotStay) {
   fclose(fp_gene);
 }
 
+// No lesson was composed of these entries, so none has left a bound that counts them.
+TEST(CompleteWorst, TheBoundCountsTheEntriesOfATableThatWasFilledElsewhere) {
+  Worst_desk desk;
+  const Trf_side side = SIDE_OF_TABLE(1, &desk.table);
+  desk.table.nb_posit = 2;
+  for (int i : {1, 2}) {
+    side.ord[i] = i;
+    side.nok[i] = 8000 + i;
+    side.date_nok[i] = TODAY - 100;
+    side.cum_err[i] = SCORE_OF_MISSES(8000 + i);
+  }
+  // The bound is 8012.
+  desk.words("two.txt", MISSED("b", 8012, 8013) + MISSED("b", 30, 30));
+  FILE *fp_gene = fopen("idx2_gene", "w");
+  COMPLETE_WORST_LESSON(5, 1, fp_gene, &desk.book);
+  fclose(fp_gene);
+  EXPECT_EQ(ENTRIES_OF(side.ord, 2), (std::vector<int>{2, 1}));
+  EXPECT_EQ(side.nok[2], 30);
+  EXPECT_EQ(side.nok[1], 8001);
+}
+
 TEST(CompleteWorst, CallsOfTheCodesBeforeTheFifthHaveNoBound) {
   EXPECT_EQ(Rest_desk(MISSED("b", 900, 900)).lesson(4), BOTH({"b900"}, DOWN("a", 49, 31)));
 }
