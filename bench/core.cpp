@@ -97,7 +97,7 @@ int main(int argc, char **argv) {
   benchmark::Initialize(&nb_flags, flags);
   Measured measured;
   LIFE_ROWS(out, &measured);
-  LOAD_ROWS(FEW_DICTIONARIES, 5, out, &measured);
+  LOAD_ROWS(FEW_DICTIONARIES, 15, out, &measured);
   LOAD_ROWS(LONG_DICTIONARIES, 3, out, &measured);
   LOAD_ROWS(MANY_DICTIONARIES, 3, out, &measured);
   GROWTH_ROWS(measured, out);
