@@ -5,10 +5,13 @@
 #include "support/killed.h"
 
 #include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "util/in_place.h"
 
+using testing::Contains;
 using testing::Pair;
 using testing::UnorderedElementsAre;
 
@@ -50,6 +53,10 @@ void change_to_new() {
 
 void change_to_old() {
   change_line(OLD);
+}
+
+void finish() {
+  FINISH_PENDING(nullptr);
 }
 
 // The index after a start that finds this note.
@@ -153,7 +160,9 @@ TEST(PendingChanges, AFileThatIsNoIndexIsPassedOver) {
   for (const char *name : {"a", "idx2_a", "idx1_a/a"})
     dir.write(name, OLD);
   std::filesystem::create_directory("idx1_b");
-  dir.write("mertu_pending", noted("idx1_" + std::string(5000, 'x'), 0, OLD, NEW) +
+  ASSERT_EQ(mkfifo("idx1_c", 0600), 0);
+  dir.write("mertu_pending", noted("idx1_c", 0, OLD, NEW) +
+                                 noted("idx1_" + std::string(5000, 'x'), 0, OLD, NEW) +
                                  noted("a", 0, OLD, NEW) + noted("./idx2_a", 0, OLD, NEW) +
                                  noted("idx1_a/a", 0, OLD, NEW) + noted("idx1_b", 0, OLD, NEW) +
                                  noted(std::string("a\0/idx1_a", 9), 0, OLD, NEW));
@@ -192,6 +201,19 @@ TEST(PendingChanges, AnIndexCarriedOutKeepsItsModificationTime) {
   ASSERT_EQ(stat(INDEX, &about), 0);
   EXPECT_EQ(about.st_mtim.tv_sec, 1100000000);
   EXPECT_EQ(about.st_mtim.tv_nsec, 5);
+}
+
+TEST(PendingChanges, AStartTakesTheNoteAwayWhenTheLineIsOnTheDisk) {
+  // The line, its time, and it goes to the disk. Then the note is removed, and that goes there.
+  const int steps = 3 + 2;
+  for (int step = 1; step <= 2 * steps + 1; step++) {
+    Scratch_dir dir;
+    dir.write(INDEX, index_with(OLD));
+    dir.write("mertu_pending", NOTE);
+    EXPECT_EQ(KILLED_RUN(finish, step, 0), step <= 2 * steps) << step;
+    EXPECT_EQ(dir.exists("mertu_pending"), step < 8) << step;
+    EXPECT_EQ(dir.read(INDEX), index_with(step < 2 ? OLD : NEW)) << step;
+  }
 }
 
 // A full disk still takes what needs no new room.
@@ -249,6 +271,53 @@ TEST(PendingChanges, ALineThatIsNotKnownToBeWholeStaysNotedWithThoseBehindIt) {
   EXPECT_EQ(dir.read("mertu_pending"), NOTE + noted("idx1_b", (long)FRONT.size(), OLD, NEW));
   FINISH_PENDING(nullptr);
   EXPECT_FALSE(dir.exists("mertu_pending"));
+}
+
+TEST(PendingChanges, OneDoubtfulLineOfSeveralInAFileKeepsThemNoted) {
+  const std::string blank = NEVER_LINE.substr(0, 52);
+  const long second = (long)FRONT.size() + 54;
+  for (bool is_first : {true, false}) {
+    Scratch_dir dir;
+    Trf_pending pending;
+    dir.write(INDEX, index_with(OLD));
+    Owned_stream fp = OPEN_STREAM(INDEX, "r");
+    EXPECT_EQ(ADD_CHANGE(fp.get(), INDEX, (long)FRONT.size(), NEW, &pending), 0);
+    EXPECT_EQ(ADD_CHANGE(fp.get(), INDEX, second, NEW, &pending), 0);
+    std::string index = index_with(OLD);
+    index.replace(is_first ? FRONT.size() : (size_t)second, 52, OTHER);
+    dir.write(INDEX, index);
+    EXPECT_THAT(WRITE_PENDING(&pending, nullptr), UnorderedElementsAre(Pair(INDEX, ESTALE)));
+    EXPECT_EQ(dir.read(INDEX), index.replace(is_first ? (size_t)second : FRONT.size(), 52, NEW));
+    EXPECT_EQ(dir.read("mertu_pending"), NOTE + noted(INDEX, second, blank, NEW));
+    EXPECT_EQ(pending.unsure.size(), 2u);
+  }
+}
+
+// Its file may not grow so far: nothing of it is written.
+TEST(PendingChanges, ALineThatKeptItsOldBytesIsInNoDoubtButTakesNoneFromAnother) {
+  const std::string filling(4096, 'x');
+  const long second = (long)(OLD.size() + filling.size());
+  for (bool doubt : {false, true}) {
+    Scratch_dir dir;
+    Trf_pending pending;
+    dir.write(INDEX, OLD + filling + OLD);
+    Owned_stream fp = OPEN_STREAM(INDEX, "r");
+    EXPECT_EQ(ADD_CHANGE(fp.get(), INDEX, 0, NEW, &pending), 0);
+    EXPECT_EQ(ADD_CHANGE(fp.get(), INDEX, second, NEW, &pending), 0);
+    dir.write(INDEX, (doubt ? OTHER : OLD) + filling + OLD);
+    signal(SIGXFSZ, SIG_IGN);
+    struct rlimit before;
+    getrlimit(RLIMIT_FSIZE, &before);
+    struct rlimit small = {(rlim_t)second, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    Trf_unwritten unwritten = WRITE_PENDING(&pending, nullptr);
+    setrlimit(RLIMIT_FSIZE, &before);
+    signal(SIGXFSZ, SIG_DFL);
+    EXPECT_EQ(unwritten.size(), doubt ? 2u : 1u);
+    EXPECT_THAT(unwritten, Contains(Pair(INDEX, EFBIG)));
+    EXPECT_EQ(dir.read(INDEX), (doubt ? OTHER : NEW) + filling + OLD);
+    EXPECT_EQ(dir.exists("mertu_pending"), doubt);
+  }
 }
 
 TEST(PendingChanges, BytesThatAreNotThereAreNoPlace) {
