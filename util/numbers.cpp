@@ -8,6 +8,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <charconv>
 #include <string>
 
 #include "util/report.h"
@@ -16,6 +17,8 @@ namespace {
 
 // Digits of one run that count.
 const size_t MAX_DIGITS = 100;
+// Characters of a long, its sign among them.
+const int MAX_LONG = 20;
 
 bool is_digit(char byte) {
   return isdigit((unsigned char)byte) != 0;
@@ -120,19 +123,19 @@ int EXTR_N_LINT(int n, char *s, long *i_extracted) {
 }
 
 void LNB_12CHAR(long nb, char *snb) {
-  std::string number = std::to_string(nb);
-  int padding = (NB_FIELD - (int)number.size()) / 2;
+  char number[MAX_LONG];
+  int length = (int)(std::to_chars(number, number + MAX_LONG, nb).ptr - number);
+  int padding = (NB_FIELD - length) / 2;
   // QUIRK silent thirteenth digit: (12 - 13) / 2 is 0, so a number of 13 characters loses its last
   // one without the warning that longer ones get; a reader would expect it too. It is meant: the
   // padding alone decides, and no count or day number comes near.
   // Test: NumberField.ThirteenCharactersAreCutWithoutAWarningAndLeaveTheThirteenthByte
   if (padding < 0) {
-    SAY("Warning LNB_12CHAR sw=%s@@@\n", number.c_str());
+    SAY("Warning LNB_12CHAR sw=%.*s@@@\n", length, number);
     padding = 0;
   }
-  number.resize(std::min(number.size(), (size_t)NB_FIELD));
   memset(snb, ' ', NB_FIELD);
-  memcpy(snb + padding, number.data(), number.size());
+  memcpy(snb + padding, number, (size_t)std::min(length, NB_FIELD));
   // QUIRK untouched thirteenth byte: snb[12] is left as it was and snb[13] becomes NUL; a reader
   // would expect the NUL right behind the field. It is meant: the field is laid into a line whose
   // next byte, the ";", stands there already.

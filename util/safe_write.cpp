@@ -79,7 +79,7 @@ bool open_beside(Trf_new_file *file, const char *destination, const std::string 
   file->fp = open_new(file->beside.c_str());
   if (file->fp == nullptr)
     return false;
-  file->buffer = std::make_unique<char[]>(BUFFER_SIZE);
+  file->buffer.reset(new char[BUFFER_SIZE]);
   setvbuf(file->fp, file->buffer.get(), _IOFBF, BUFFER_SIZE);
   if (exists && fchmod(fileno(file->fp), old.st_mode & 07777) != 0) {
     int reason = errno;

@@ -24,8 +24,8 @@ enum Line_end { END_DONE, END_CR, END_CR_CR };
 // A working copy being written.
 struct Trf_conversion {
   FILE *fp = nullptr;           // the new file
-  std::string piece;            // bytes taken and not yet written
-  std::string converted;        // the piece in CP1252
+  std::string out;              // what the block gave; written behind it as a whole
+  std::string carried;          // a piece that began in an earlier block
   int expected = 0;             // continuation bytes still announced
   bool bad = false;             // one of those taken is none
   bool utf8 = false;            // the piece holds a good sequence
@@ -41,22 +41,26 @@ void count_change(Trf_conversion *copy) {
 }
 
 void put(Trf_conversion *copy, const char *bytes, size_t length) {
-  fwrite(bytes, 1, length, copy->fp);
+  copy->out.append(bytes, length);
+}
+
+void write_out(Trf_conversion *copy) {
+  fwrite(copy->out.data(), 1, copy->out.size(), copy->fp);
+  copy->out.clear();
 }
 
 bool ends_line(Byte byte) {
   return byte == '\n' || byte == '\r';
 }
 
-// Writes the piece in CP1252, or what stands for it where it has no such form.
-void put_converted(Trf_conversion *copy) {
-  copy->converted.resize(copy->piece.size());
-  long length =
-      CONVERT_TO_CP1252(copy->piece.data(), (long)copy->piece.size(), copy->converted.data());
-  if (length >= 0) {
-    put(copy, copy->converted.data(), (size_t)length);
+// Puts the piece in CP1252, or what stands for it where it has no such form.
+void put_converted(Trf_conversion *copy, const char *piece, size_t nb) {
+  size_t start = copy->out.size();
+  copy->out.resize(start + nb);
+  long length = CONVERT_TO_CP1252(piece, (long)nb, &copy->out[start]);
+  copy->out.resize(start + (size_t)std::max(length, 0L));
+  if (length >= 0)
     return;
-  }
   // QUIRK lost piece: a piece whose UTF-8 sequence lies across two blocks and that has no CP1252
   // form is replaced by "error ???? !!! ", one inside a block is written as read; a reader would
   // expect both to be treated alike. It is meant: the offsets in the index files hang on it.
@@ -64,21 +68,25 @@ void put_converted(Trf_conversion *copy) {
   if (copy->straddles)
     put(copy, NO_FORM, sizeof(NO_FORM) - 1);
   else
-    put(copy, copy->piece.data(), copy->piece.size());
+    put(copy, piece, nb);
 }
 
-// Writes what has been taken and begins the next piece.
-void end_piece(Trf_conversion *copy) {
+// Puts a piece of nb bytes and begins the next one.
+void end_piece(Trf_conversion *copy, const char *piece, size_t nb) {
   if (copy->utf8 && !copy->single) {
-    put_converted(copy);
+    put_converted(copy, piece, nb);
     count_change(copy);
   } else {
     if (copy->utf8)
-      TRACE("win_file line with UTF-8 and single bytes: %s@@@", copy->piece.c_str());
-    put(copy, copy->piece.data(), copy->piece.size());
+      TRACE("win_file line with UTF-8 and single bytes: %.*s@@@", (int)nb, piece);
+    put(copy, piece, nb);
   }
-  copy->piece.clear();
   copy->utf8 = copy->single = copy->straddles = false;
+}
+
+void end_carried(Trf_conversion *copy) {
+  end_piece(copy, copy->carried.data(), copy->carried.size());
+  copy->carried.clear();
 }
 
 void end_sequence(Trf_conversion *copy) {
@@ -98,7 +106,7 @@ int take_sequence(Trf_conversion *copy, const Byte *block, int nb, int i) {
       break;
     if (block[i] < 0x80 || block[i] > 0xBF)
       copy->bad = true;
-    copy->piece.push_back((char)block[i++]);
+    i++;
     copy->expected--;
   }
   if (copy->expected == 0 || i < nb)
@@ -109,18 +117,13 @@ int take_sequence(Trf_conversion *copy, const Byte *block, int nb, int i) {
 // Takes the bytes of a line from index i. Returns the index of its end in this block.
 int take_text(Trf_conversion *copy, const Byte *block, int nb, int i) {
   while (i < nb && !ends_line(block[i])) {
-    int begin = i;
-    while (i < nb && block[i] < 0xC0 && !ends_line(block[i]))
-      i++;
-    copy->piece.append((const char *)block + begin, (size_t)(i - begin));
-    if (i == nb || ends_line(block[i]))
-      break;
-    int announced = ANNOUNCED_BYTES(block[i]);
+    int announced = ANNOUNCED_BYTES(block[i++]);
     copy->single = copy->single || announced == NOT_UTF8;
     copy->expected = std::max(announced, 0);
-    copy->piece.push_back((char)block[i++]);
     if (copy->expected > 0)
       i = take_sequence(copy, block, nb, i);
+    while (i < nb && block[i] >= ' ' && block[i] < 0xC0)
+      i++;
   }
   return i;
 }
@@ -163,9 +166,13 @@ void put_line_end(Trf_conversion *copy, Byte end) {
 int take_line(Trf_conversion *copy, const Byte *block, int nb, int i) {
   if (skip_second_cr(copy, block[i]))
     return i + 1;
-  i = take_text(copy, block, nb, i);
+  const char *piece = (const char *)block + i;
+  int end = take_text(copy, block, nb, i);
   if (copy->expected == 0)
-    end_piece(copy);
+    end_piece(copy, piece, (size_t)(end - i));
+  else
+    copy->carried.assign(piece, (size_t)(end - i));
+  i = end;
   if (i == nb)
     return i;
   put_line_end(copy, block[i]);
@@ -181,11 +188,13 @@ void take_block(Trf_conversion *copy, const Byte *block, int nb) {
   if (copy->expected > 0) {
     copy->straddles = true;
     i = take_sequence(copy, block, nb, i);
+    copy->carried.append((const char *)block, (size_t)i);
     if (copy->expected == 0)
-      end_piece(copy);
+      end_carried(copy);
   }
   while (i < nb)
     i = take_line(copy, block, nb, i);
+  write_out(copy);
 }
 
 // The whole source, block by block, through the copy into the new file.
@@ -195,7 +204,8 @@ void convert(FILE *fp, const char *source, Trf_new_file *file, Trf_conversion *c
     take_block(copy, block, (int)nb);
   if (copy->expected > 0)
     end_sequence(copy);
-  end_piece(copy);
+  end_carried(copy);
+  write_out(copy);
 }
 
 } // namespace
