@@ -63,6 +63,8 @@ Trf_dico_line KIND_OF_DICO_LINE(const char *line, const char **text) {
   *about = line;
   if (IS_END_MARK(line))
     return DICO_END;
+  if (strchr(line, '#') == nullptr)
+    return DICO_TEXT;
   if (strstr(line, SECTION_MARK) != nullptr)
     return DICO_SECTION;
   const char *s = behind_blanks(line);

@@ -14,26 +14,27 @@ namespace {
 const size_t MAX_NONAME_TEXT = 25;
 // Bytes that a tab may need when the notation is decoded.
 const size_t TAB_ROOM = 8;
+// What a name line holds besides the text, the alias and the offset, and the offset.
+const size_t REFERENCE_ROOM = 24;
 
-std::string decoded(const std::string &text) {
-  std::string buffer(text);
-  size_t nb_tabs = (size_t)std::count(text.begin(), text.end(), '\t');
-  buffer.resize(text.size() + nb_tabs * TAB_ROOM + 1, '\0');
-  DECODE_ACCENTS(buffer.data());
-  buffer.resize(strlen(buffer.c_str()));
-  return buffer;
+void decode(std::string *text) {
+  size_t nb_tabs = (size_t)std::count(text->begin(), text->end(), '\t');
+  text->resize(text->size() + nb_tabs * TAB_ROOM);
+  DECODE_ACCENTS(text->data());
+  text->resize(strlen(text->c_str()));
 }
 
-// The text with every run of blanks and tabs folded to one blank.
-std::string folded(std::string text) {
-  std::replace(text.begin(), text.end(), '\t', ' ');
+// Folds every run of blanks and tabs to one blank. Hardly a text has one.
+void fold(std::string *text) {
+  std::replace(text->begin(), text->end(), '\t', ' ');
+  if (strstr(text->c_str(), "  ") == nullptr)
+    return;
   auto both_blank = [](char left, char right) { return left == ' ' && right == ' '; };
-  text.erase(std::unique(text.begin(), text.end(), both_blank), text.end());
-  return text;
+  text->erase(std::unique(text->begin(), text->end(), both_blank), text->end());
 }
 
-std::string reference(const char *s_alias, long offset) {
-  return std::string("*") + s_alias + " " + std::to_string(offset) + " *";
+void add_reference(const char *s_alias, long offset, std::string *line) {
+  line->append("*").append(s_alias).append(" ").append(std::to_string(offset)).append(" *");
 }
 
 } // namespace
@@ -55,11 +56,17 @@ bool IS_NAME_LINE(const char *line) {
 // blank between; a reader would expect the blank that other name lines have. It is meant: an entry
 // named by its whole line ends where the line does.
 // Test: NameLine.AnEntryWithoutStarIsItsWholeLine
-std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, long offset) {
-  std::string entry = decoded(text);
-  size_t star = std::min(entry.find('*'), entry.size());
-  std::string rest = star < entry.size() ? entry.substr(star + 1) : "";
-  return folded("#" + entry.substr(0, star) + reference(s_alias, offset) + rest);
+std::string NAME_LINE_OF_ENTRY(std::string text, const char *s_alias, long offset) {
+  decode(&text);
+  size_t star = std::min(text.find('*'), text.size());
+  std::string line;
+  line.reserve(text.size() + strlen(s_alias) + REFERENCE_ROOM);
+  line.append("#").append(text, 0, star);
+  add_reference(s_alias, offset, &line);
+  if (star < text.size())
+    line.append(text, star + 1);
+  fold(&line);
+  return line;
 }
 
 // QUIRK name that begins with a mark: a text that begins with '#' (a whole entry line, where the
@@ -73,10 +80,13 @@ std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, lon
 // follows is no alias, so that the program ends when the entry is asked. A reader would expect the
 // '*' to be left out. It is meant: a '*' ends a name wherever one is written, and the text is the
 // name as it stands. Test: NameLine.AStarInALaterNameIsTakenForTheOneBeforeTheAlias
-std::string NAME_LINE_OF_TEXT(const std::string &text, const char *s_alias, long offset) {
-  std::string name = decoded(text);
-  name.resize(std::min(name.find_first_of(",;"), std::min(name.size(), MAX_NONAME_TEXT)));
-  return folded("#" + name + " " + reference(s_alias, offset));
+std::string NAME_LINE_OF_TEXT(std::string text, const char *s_alias, long offset) {
+  decode(&text);
+  text.resize(std::min(text.find_first_of(",;"), std::min(text.size(), MAX_NONAME_TEXT)));
+  std::string line = "#" + text + " ";
+  add_reference(s_alias, offset, &line);
+  fold(&line);
+  return line;
 }
 
 std::string QUESTION_OF_NAME_LINE(const std::string &name_line) {

@@ -40,12 +40,12 @@ bool IS_NAME_LINE(const char *line);
 // text: the entry line from its first non-blank character behind the '#', CP1252, at most 101
 // bytes; its accent notation is decoded here. The first '*' becomes '*', alias, blank, offset,
 // blank, '*'; a text without '*' gets that at its end. Runs of blanks are folded to one.
-std::string NAME_LINE_OF_ENTRY(const std::string &text, const char *s_alias, long offset);
+std::string NAME_LINE_OF_ENTRY(std::string text, const char *s_alias, long offset);
 
 // The name line (without line end) of an entry whose '#' stands alone, named by a later line: at
 // most 25 characters of the decoded text, up to the first ',' or ';', and a blank; then '*', alias,
 // blank, offset, blank, '*'. Runs of blanks are folded to one, a leading one is kept.
-std::string NAME_LINE_OF_TEXT(const std::string &text, const char *s_alias, long offset);
+std::string NAME_LINE_OF_TEXT(std::string text, const char *s_alias, long offset);
 
 // The question of a name line: from behind the '#' up to its first '*' (its end without one).
 std::string QUESTION_OF_NAME_LINE(const std::string &name_line);

@@ -19,22 +19,9 @@ void stop_where_unreadable(const Trf_idx1_walk &walk) {
     STOP_PROGRAM(walk.fp_log, 1, "cannot read file %s: %s \n", walk.file, strerror(reason));
 }
 
-// Takes the values of the line at cursor->next and passes over it, where it is a history line that
-// the stream holds ready and that stands, with its line end, as it is written. False, with nothing
-// taken, for any other, which is then read like any line.
-bool take_ready_line(long date0, Trf_line_cursor *cursor, long *values) {
-  const long length = HISTORY_LENGTH + 2; // with "\r\n"
-  const char *bytes = READY_BYTES(length, cursor);
-  if (bytes == nullptr || memcmp(bytes + HISTORY_LENGTH, "\r\n", 2) != 0 ||
-      !READ_WRITTEN_LINE(date0, bytes, values))
-    return false;
-  PASS_READY_BYTES(length, cursor);
-  return true;
-}
-
 bool take_ready_history(Trf_idx1_walk *walk, long *values) {
   walk->history.next = walk->line.next;
-  if (!take_ready_line(walk->date0, &walk->history, values))
+  if (!TAKE_READY_HISTORY(walk->date0, &walk->history, values))
     return false;
   walk->line.next = walk->history.next;
   return true;
@@ -79,7 +66,7 @@ bool NEXT_IDX1_LINE(Trf_idx1_walk *walk) {
 Trf_walk_line NEXT_NAME(Trf_idx1_walk *walk) {
   long values[NB_FIELDS + 1] = {};
   do {
-    while (take_ready_line(walk->date0, &walk->line, values)) {
+    while (TAKE_READY_HISTORY(walk->date0, &walk->line, values)) {
     }
     if (!NEXT_IDX1_LINE(walk))
       return WALK_END;
@@ -95,6 +82,16 @@ char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk) {
     return nullptr;
   walk->line.next = walk->history.next;
   return walk->history.text;
+}
+
+bool TAKE_READY_HISTORY(long date0, Trf_line_cursor *cursor, long *values) {
+  const long length = HISTORY_LENGTH + 2; // with "\r\n"
+  const char *bytes = READY_BYTES(length, cursor);
+  if (bytes == nullptr || memcmp(bytes + HISTORY_LENGTH, "\r\n", 2) != 0 ||
+      !READ_WRITTEN_LINE(date0, bytes, values))
+    return false;
+  PASS_READY_BYTES(length, cursor);
+  return true;
 }
 
 bool PASS_HISTORY(Trf_idx1_walk *walk) {

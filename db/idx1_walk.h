@@ -75,6 +75,11 @@ Trf_walk_line NEXT_NAME(Trf_idx1_walk *walk);
 // file.
 char *NEXT_HISTORY_TEXT(Trf_idx1_walk *walk);
 
+// Takes the values (elements 1 to 4) of the history line at cursor->next and passes over it, where
+// it stands, with its line end, as it is written and the stream holds it ready. False, with nothing
+// taken, for any other, which is then read like any line. date0: today.
+bool TAKE_READY_HISTORY(long date0, Trf_line_cursor *cursor, long *values);
+
 // Passes over the history line at walk->line.next. Returns false where there is none: a line that
 // begins with '#' or contains "END_OF_FILE" is left to be met, and so is the end of the file.
 bool PASS_HISTORY(Trf_idx1_walk *walk);

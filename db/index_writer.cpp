@@ -24,6 +24,7 @@ struct Trf_index_job {
   int nb_marks;                     // '#' lines seen
   int nb_entries;                   // records written
   bool ended;                       // the dictionary's END_OF_FILE line has been read
+  std::string record;               // the record being written
 };
 
 void log_banner(FILE *fp_log) {
@@ -68,11 +69,9 @@ void write_trailer(const Trf_index_job &job) {
 // Test: Idx1Dico.ANameWithoutTheLetterThatKeptItsLineIsNotFoundAgain
 void write_entry(const std::string &name_line, Trf_index_job *job) {
   job->nb_entries++;
-  Trf_history_lines history =
-      job->source->history_of(QUESTION_OF_NAME_LINE(name_line), job->source->from);
-  std::string record = name_line + " \r\n";
-  record.append(history.qr).append("\r\n").append(history.rq).append("\r\n");
-  fwrite(record.data(), 1, record.size(), job->fpi);
+  job->record.assign(name_line).append(" \r\n");
+  job->source->add_history(QUESTION_OF_NAME_LINE(name_line), job->source->from, &job->record);
+  fwrite(job->record.data(), 1, job->record.size(), job->fpi);
 }
 
 // Reads the next line, cut. Returns false at the end of the file, at the END_OF_FILE line (*ended)
@@ -117,29 +116,37 @@ void index_line(Trf_index_job *job) {
     write_entry(NAME_LINE_OF_ENTRY(text, job->s_alias, job->line.start), job);
 }
 
-Trf_history_lines no_history(const std::string &, void *) {
-  return {BLANK_HISTORY_LINE(), BLANK_HISTORY_LINE()};
+void add_line(const char *line, std::string *record) {
+  record->append(line).append("\r\n");
+}
+
+void no_history(const std::string &, void *, std::string *record) {
+  add_line(BLANK_HISTORY_LINE(), record);
+  add_line(BLANK_HISTORY_LINE(), record);
 }
 
 // QUIRK blank history becomes zeros: a history carried over is written as numbers also where it was
 // blank; a reader would expect it to stay blank. It is meant: every field is checked and written
 // anew, and no reader tells a blank field from a 0.
 // Test: Idx1Dico.ABlankHistoryIsCarriedOverAsZeros
-Trf_history_lines carried_history(const std::string &question, void *from) {
+void carried_history(const std::string &question, void *from, std::string *record) {
   auto *old = static_cast<Trf_old_histories *>(from);
   Trf_values values;
   switch (READ_OLD_HISTORY(question, old, &values)) {
   case OLD_HISTORY:
-    return HISTORY_LINES(values);
+    ADD_HISTORY(values, record);
+    return;
   // QUIRK other name at the old place: where the old file does not hold the question at the noted
   // offset, the line read there stands as the Q->R line, and the R->Q line is blank; a reader would
   // expect two blank lines. It is meant, and no index written here brings it about: its name lines
   // are where the list of questions comes from.
   // Test: Idx1Dico.AnotherNameAtTheOldPlaceStandsAsTheFirstHistoryLine
   case OLD_OTHER_NAME:
-    return {old->record.text, BLANK_HISTORY_LINE()};
+    add_line(old->record.text, record);
+    add_line(BLANK_HISTORY_LINE(), record);
+    return;
   default:
-    return no_history(question, from);
+    no_history(question, from, record);
   }
 }
 
@@ -166,12 +173,12 @@ bool IDX1_DICO_NONAME_LINE(Trf_line_cursor *line, const char *st_alias, long off
   return false;
 }
 
-Trf_history_lines HISTORY_LINES(const Trf_values &values) {
-  char qr[HISTORY_LENGTH + 1];
-  char rq[HISTORY_LENGTH + 1];
-  WRITE_HISTORY_LINE(values.qr, qr);
-  WRITE_HISTORY_LINE(values.rq, rq);
-  return {qr, rq};
+void ADD_HISTORY(const Trf_values &values, std::string *record) {
+  char line[HISTORY_LENGTH + 1];
+  WRITE_HISTORY_LINE(values.qr, line);
+  add_line(line, record);
+  WRITE_HISTORY_LINE(values.rq, line);
+  add_line(line, record);
 }
 
 // QUIRK first 10000 lines of a dictionary: what lies behind is not indexed; a reader would take the
@@ -180,8 +187,8 @@ Trf_history_lines HISTORY_LINES(const Trf_values &values) {
 void WRITE_INDEX(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
                  const Trf_history_source *source, int *nb) {
   Trf_index_job job = {
-      fp_log, fpi, sfp1, st_alias != nullptr ? st_alias : "", source, Trf_line_cursor(fp),
-      0,      0,   false};
+      fp_log, fpi,   sfp1, st_alias != nullptr ? st_alias : "", source, Trf_line_cursor(fp), 0,
+      0,      false, ""};
   job.line.limit = MAX_DICO_LINES;
   log_entrance(job);
   check_path(job);

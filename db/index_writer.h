@@ -26,20 +26,15 @@
 void IDX1_DICO(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
                Trf_classmt *trf_classmt, int *nb);
 
-// The two history lines of an entry, 52 characters each, without line ends.
-struct Trf_history_lines {
-  std::string qr;
-  std::string rq;
-};
-
-// The history lines of these values.
-Trf_history_lines HISTORY_LINES(const Trf_values &values);
+// Adds the two history lines of these values to an entry's record.
+void ADD_HISTORY(const Trf_values &values, std::string *record);
 
 // Where the history lines of an index being written come from.
 struct Trf_history_source {
   bool carries; // whether there are old records at all, for the log
-  // The history of the entry with this question (see QUESTION_OF_NAME_LINE).
-  Trf_history_lines (*history_of)(const std::string &question, void *from);
+  // Adds the two history lines of the entry with this question (see QUESTION_OF_NAME_LINE), with
+  // their line ends, to its record.
+  void (*add_history)(const std::string &question, void *from, std::string *record);
   void *from; // handed to it; borrowed
 };
 

@@ -3,9 +3,9 @@
 
 #include <limits.h>
 #include <stdlib.h>
-#include <string.h>
 
 #include "db/idx1_format.h"
+#include "db/idx1_walk.h"
 #include "util/day_number.h"
 #include "util/report.h"
 
@@ -23,9 +23,19 @@ char *next_old_line(Trf_old_histories *old) {
 
 // Reads and checks a history line. `which` tells the two apart in the message.
 void read_values(const char *which, Trf_old_histories *old, long *values) {
+  if (TAKE_READY_HISTORY(old->date0, &old->record, values))
+    return;
   if (CHECK_EXTRACT_4LINT(old->date0, next_old_line(old), values) != 0)
     LOG_LINE(old->fp_log, "IDX1_DICO and CHECK_4LINTsome error%s in file : %s \n", which,
              old->s_idx1);
+}
+
+// Whether '#', the question and '*' stand in the line.
+bool holds_question(std::string_view line, std::string_view question) {
+  for (size_t at = line.find(question); at < line.size(); at = line.find(question, at + 1))
+    if (at > 0 && line[at - 1] == '#' && line.substr(at + question.size(), 1) == "*")
+      return true;
+  return false;
 }
 
 } // namespace
@@ -36,13 +46,13 @@ Trf_old_histories::Trf_old_histories(Trf_classmt *classmt, const char *path, FIL
   record.limit = LONG_MAX;
 }
 
-Trf_old_result READ_OLD_HISTORY(const std::string &question, Trf_old_histories *old,
+Trf_old_result READ_OLD_HISTORY(std::string_view question, Trf_old_histories *old,
                                 Trf_values *values) {
   int j = FIND_OLD_RECORD(old->names, question);
   if (j < 1 || j > old->old->nb)
     return OLD_NONE;
   old->record.next = old->old->value[j];
-  if (strstr(next_old_line(old), ("#" + question + "*").c_str()) == nullptr)
+  if (!holds_question(next_old_line(old), question))
     return OLD_OTHER_NAME;
   read_values("", old, values->qr);
   read_values(" 2", old, values->rq);

@@ -4,7 +4,7 @@
 
 #include <stdio.h>
 
-#include <string>
+#include <string_view>
 
 #include "db/history_line.h"
 #include "db/old_index.h"
@@ -40,7 +40,7 @@ enum Trf_old_result {
 // After OLD_OTHER_NAME the line met stands in old->record.text.
 // Ends the program with status 3 where the record is cut short ("IDX1_DICO error in reading
 // fp_class \n" in the log and on standard output, there followed by what to do).
-Trf_old_result READ_OLD_HISTORY(const std::string &question, Trf_old_histories *old,
+Trf_old_result READ_OLD_HISTORY(std::string_view question, Trf_old_histories *old,
                                 Trf_values *values);
 
 #endif

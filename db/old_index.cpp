@@ -4,6 +4,9 @@
 #include <glib.h>
 #include <string.h>
 
+#include <algorithm>
+#include <string>
+
 #include "db/idx1_walk.h"
 #include "util/report.h"
 
@@ -107,18 +110,20 @@ void CLASS_OLD_WORDS(Trf_classmt *trf_classmt) {
 // Test: OldNames.TheFirstRecordOfEqualQuestionsWins
 Trf_old_names OLD_NAMES(const char *ss_words) {
   Trf_old_names names;
+  std::string_view words(ss_words);
+  names.reserve((size_t)std::count(words.begin(), words.end(), '*'));
   int number = 1;
   const char *star = strchr(ss_words, '*');
   for (; star != nullptr; number++) {
     const char *next = strchr(star + 1, '*');
     if (next != nullptr && star[1] == ' ')
-      names.emplace(std::string(star + 2, next), number);
+      names.emplace(std::string_view(star + 2, (size_t)(next - star - 2)), number);
     star = next;
   }
   return names;
 }
 
-int FIND_OLD_RECORD(const Trf_old_names &names, const std::string &question) {
+int FIND_OLD_RECORD(const Trf_old_names &names, std::string_view question) {
   auto found = names.find(question);
   return found == names.end() ? 0 : found->second;
 }

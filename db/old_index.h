@@ -8,7 +8,7 @@
 #include <stdio.h>
 
 #include <memory>
-#include <string>
+#include <string_view>
 #include <unordered_map>
 
 // The work record of an old idx1 file. Arrays are 1-based g_malloc blocks of nb_tot + 5 elements.
@@ -53,7 +53,8 @@ using Freed_classmt = std::unique_ptr<Trf_classmt, Release_classmt>;
 void CLASS_OLD_WORDS(Trf_classmt *trf_classmt);
 
 // The questions of ss_words, by text: the number (from 1) of the first record with that question.
-using Trf_old_names = std::unordered_map<std::string, int>;
+// Its texts stand in ss_words, which must outlive it unchanged.
+using Trf_old_names = std::unordered_map<std::string_view, int>;
 
 // Builds the table of ss_words. FIND_OLD_RECORD then answers as a search for the text "* ", the
 // question, '*' in ss_words would, with the number of '*' up to its first character.
@@ -61,6 +62,6 @@ Trf_old_names OLD_NAMES(const char *ss_words);
 
 // The number (from 1) of the first old record with this question (the text of a name line between
 // '#' and '*'), or 0.
-int FIND_OLD_RECORD(const Trf_old_names &names, const std::string &question);
+int FIND_OLD_RECORD(const Trf_old_names &names, std::string_view question);
 
 #endif

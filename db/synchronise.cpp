@@ -70,12 +70,12 @@ void raise_values(const std::string &question, Trf_old_histories *old, Trf_value
 // the blank lines of a rebuild. It is meant: values are always written as numbers here, and no
 // reader tells a blank field from a 0.
 // Test: SynchroIdx1File.AnEntryInNeitherCopyGetsEightZeros
-Trf_history_lines merged_history(const std::string &question, void *from) {
+void merged_history(const std::string &question, void *from, std::string *record) {
   auto *two = static_cast<Trf_two_histories *>(from);
   Trf_values values = {};
   raise_values(question, &two->own, &values);
   raise_values(question, &two->other, &values);
-  return HISTORY_LINES(values);
+  ADD_HISTORY(values, record);
 }
 
 // Opens the index to merge with. One that is not there is no fault.
