@@ -5,7 +5,6 @@
 #include <stdlib.h>
 
 #include "db/idx1_format.h"
-#include "db/idx1_walk.h"
 #include "util/day_number.h"
 #include "util/report.h"
 
@@ -23,8 +22,6 @@ char *next_old_line(Trf_old_histories *old) {
 
 // Reads and checks a history line. `which` tells the two apart in the message.
 void read_values(const char *which, Trf_old_histories *old, long *values) {
-  if (TAKE_READY_HISTORY(old->date0, &old->record, values))
-    return;
   if (CHECK_EXTRACT_4LINT(old->date0, next_old_line(old), values) != 0)
     LOG_LINE(old->fp_log, "IDX1_DICO and CHECK_4LINTsome error%s in file : %s \n", which,
              old->s_idx1);
@@ -51,6 +48,10 @@ Trf_old_result READ_OLD_HISTORY(std::string_view question, Trf_old_histories *ol
   int j = FIND_OLD_RECORD(old->names, question);
   if (j < 1 || j > old->old->nb)
     return OLD_NONE;
+  if ((size_t)j < old->old->met.size() && old->old->met[(size_t)j].known) {
+    *values = old->old->met[(size_t)j].values;
+    return OLD_HISTORY;
+  }
   old->record.next = old->old->value[j];
   if (!holds_question(next_old_line(old), question))
     return OLD_OTHER_NAME;

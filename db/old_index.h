@@ -10,19 +10,35 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
+
+#include "db/history_line.h"
+
+// The values of an entry's two history lines, each from element 1 (element 0 is not used).
+struct Trf_values {
+  long qr[NB_FIELDS + 1];
+  long rq[NB_FIELDS + 1];
+};
+
+// The history of an old record, where both its lines stood ready as they are written.
+struct Trf_met_history {
+  bool known = false; // otherwise it is to be read from the file
+  Trf_values values = {};
+};
 
 // The work record of an old idx1 file. Arrays are 1-based g_malloc blocks of nb_tot + 5 elements.
 struct Trf_classmt {
-  FILE *fp_class = nullptr;     // the old idx1 file, open for reading; IDX1_DICO closes it
-  FILE *fp_log = nullptr;       // the log; borrowed
-  int nb_tot = 0;               // capacity of order and value, grown by 10
-  int nb = 0;                   // old records
-  int *order = nullptr;         // element i holds i
-  long *value = nullptr;        // element i: offset of old record i's name line
-  long *nk_QR = nullptr;        // counts of the tag list; not used here
-  long *nk_RQ = nullptr;        // counts of the tag list; not used here
-  int lss_words = 0;            // capacity of ss_words, which has 5 spare bytes more
-  char *ss_words = nullptr;     // "*", then for each old record a blank, its question and '*'
+  FILE *fp_class = nullptr;         // the old idx1 file, open for reading; IDX1_DICO closes it
+  FILE *fp_log = nullptr;           // the log; borrowed
+  int nb_tot = 0;                   // capacity of order and value, grown by 10
+  int nb = 0;                       // old records
+  int *order = nullptr;             // element i holds i
+  long *value = nullptr;            // element i: offset of old record i's name line
+  std::vector<Trf_met_history> met; // element i: the history of old record i
+  long *nk_QR = nullptr;            // counts of the tag list; not used here
+  long *nk_RQ = nullptr;            // counts of the tag list; not used here
+  int lss_words = 0;                // capacity of ss_words, which has 5 spare bytes more
+  char *ss_words = nullptr;         // "*", then for each old record a blank, its question and '*'
   const char *s_idx1 = nullptr; // the index whose copy fp_class is, for messages; borrowed, or null
   const char *s_class = nullptr; // path of fp_class; borrowed, null for "./idx1_old"
 };
@@ -43,7 +59,8 @@ struct Release_classmt {
 // What a record holds, freed at the end of a scope.
 using Freed_classmt = std::unique_ptr<Trf_classmt, Release_classmt>;
 
-// Reads the old index from its start and fills nb, nb_tot, order, value, ss_words and lss_words. At
+// Reads the old index from its start and fills nb, nb_tot, order, value, met, ss_words and
+// lss_words. At
 // most 10000 lines are read in all; a longer file says "index %s is longer than 10000 lines \n" on
 // standard output and what lies behind is not known.
 // Ends the program with status 1 where no header separator is found ("Error no detection of #######

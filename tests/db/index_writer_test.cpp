@@ -257,7 +257,7 @@ TEST(Idx1Dico, AnOldRecordCutShortEndsTheProgramAndSaysWhatToDo) {
 
 TEST(Idx1Dico, AnOldOffsetBehindTheEndEndsTheProgram) {
   Scratch_dir dir;
-  dir.write("idx1_old", idx1_header(PATH, "fr1") + "#a *fr1 0 * 1 \r\n" + BLANK_HISTORY);
+  dir.write("idx1_old", idx1_header(PATH, "fr1") + "#a *fr1 0 * 1 \r\n" + "2;\r\n2;\r\n");
   Trf_classmt old;
   INIT_CLASSMT(fopen("idx1_old", "r"), nullptr, nullptr, &old);
   CLASS_OLD_WORDS(&old);
