@@ -35,6 +35,16 @@ bool holds_question(std::string_view line, std::string_view question) {
   return false;
 }
 
+// The history of old record j as it was met when the index was read; null where it is to be read,
+// also since somebody has changed the record's offset or question.
+const Trf_values *met_history(int j, std::string_view question, const Trf_classmt &old) {
+  if ((size_t)j >= old.met.size())
+    return nullptr;
+  const Trf_met_history &met = old.met[(size_t)j];
+  bool stands = met.start == old.value[j] && met.question == HASH_OF_QUESTION(question);
+  return met.known && stands ? &met.values : nullptr;
+}
+
 } // namespace
 
 Trf_old_histories::Trf_old_histories(Trf_classmt *classmt, const char *path, FILE *log)
@@ -48,8 +58,8 @@ Trf_old_result READ_OLD_HISTORY(std::string_view question, Trf_old_histories *ol
   int j = FIND_OLD_RECORD(old->names, question);
   if (j < 1 || j > old->old->nb)
     return OLD_NONE;
-  if ((size_t)j < old->old->met.size() && old->old->met[(size_t)j].known) {
-    *values = old->old->met[(size_t)j].values;
+  if (const Trf_values *met = met_history(j, question, *old->old)) {
+    *values = *met;
     return OLD_HISTORY;
   }
   old->record.next = old->old->value[j];

@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 
 #include "db/idx1_walk.h"
@@ -44,6 +45,9 @@ void add_record(long start, Trf_classmt *old) {
 void meet_history(Trf_idx1_walk *walk, Trf_classmt *old) {
   old->met.resize((size_t)old->nb + 1);
   Trf_met_history *met = &old->met.back();
+  std::string_view name_line(walk->line.text);
+  met->start = old->value[old->nb];
+  met->question = HASH_OF_QUESTION(name_line.substr(1, name_line.find('*') - 1));
   met->known = TAKE_READY_HISTORY(walk->date0, &walk->line, met->values.qr) &&
                TAKE_READY_HISTORY(walk->date0, &walk->line, met->values.rq);
 }
@@ -64,6 +68,10 @@ void store_words(const std::string &words, Trf_classmt *old) {
 }
 
 } // namespace
+
+size_t HASH_OF_QUESTION(std::string_view question) {
+  return std::hash<std::string_view>()(question);
+}
 
 void INIT_CLASSMT(FILE *fp_class, FILE *fp_log, const char *s_idx1, Trf_classmt *trf_classmt) {
   *trf_classmt = Trf_classmt();

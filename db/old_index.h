@@ -22,9 +22,14 @@ struct Trf_values {
 
 // The history of an old record, where both its lines stood ready as they are written.
 struct Trf_met_history {
-  bool known = false; // otherwise it is to be read from the file
+  bool known = false;  // otherwise it is to be read from the file
+  long start = 0;      // offset of the record's name line, and
+  size_t question = 0; // HASH_OF_QUESTION: what else stands in the record is to be read, too
   Trf_values values = {};
 };
+
+// What a question is known by beside its record.
+size_t HASH_OF_QUESTION(std::string_view question);
 
 // The work record of an old idx1 file. Arrays are 1-based g_malloc blocks of nb_tot + 5 elements.
 struct Trf_classmt {
@@ -60,13 +65,12 @@ struct Release_classmt {
 using Freed_classmt = std::unique_ptr<Trf_classmt, Release_classmt>;
 
 // Reads the old index from its start and fills nb, nb_tot, order, value, met, ss_words and
-// lss_words. At
-// most 10000 lines are read in all; a longer file says "index %s is longer than 10000 lines \n" on
-// standard output and what lies behind is not known.
-// Ends the program with status 1 where no header separator is found ("Error no detection of #######
-// stop \n") or a name line has no '*' ("Error no detection of #     *  stop \n"), each followed by
-// "n file : ./idx1_old \n", in the log and on standard output; and where the file cannot be read to
-// its end ("cannot read file %s: %s \n", its own path).
+// lss_words. At most 10000 lines are read in all; a longer file says "index %s is longer than 10000
+// lines \n" on standard output and what lies behind is not known. Ends the program with status 1
+// where no header separator is found ("Error no detection of ####### stop \n") or a name line has
+// no '*' ("Error no detection of #     *  stop \n"), each followed by "n file : ./idx1_old \n", in
+// the log and on standard output; and where the file cannot be read to its end ("cannot read file
+// %s: %s \n", its own path).
 void CLASS_OLD_WORDS(Trf_classmt *trf_classmt);
 
 // The questions of ss_words, by text: the number (from 1) of the first record with that question.

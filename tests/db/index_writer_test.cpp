@@ -257,7 +257,7 @@ TEST(Idx1Dico, AnOldRecordCutShortEndsTheProgramAndSaysWhatToDo) {
 
 TEST(Idx1Dico, AnOldOffsetBehindTheEndEndsTheProgram) {
   Scratch_dir dir;
-  dir.write("idx1_old", idx1_header(PATH, "fr1") + "#a *fr1 0 * 1 \r\n" + "2;\r\n2;\r\n");
+  dir.write("idx1_old", idx1_header(PATH, "fr1") + "#a *fr1 0 * 1 \r\n" + BLANK_HISTORY);
   Trf_classmt old;
   INIT_CLASSMT(fopen("idx1_old", "r"), nullptr, nullptr, &old);
   CLASS_OLD_WORDS(&old);
@@ -276,6 +276,22 @@ TEST(Idx1Dico, AnotherNameAtTheOldPlaceStandsAsTheFirstHistoryLine) {
   old.ss_words = g_strdup("* a *");
   old.nb = 1;
   old.value[1] = 0;
+  write_with(&old, "#a * 1\n", &dir);
+  FREE_CLASSMT(&old);
+  EXPECT_EQ(dir.read("new"), idx1_header(PATH, "fr1") + "#a *fr1 0 * 1 \r\n#b *fr1 0 * 1 \r\n" +
+                                 NEVER_LINE + idx1_trailer(7));
+}
+
+// What was met when the old index was read does not hide what the record says now.
+TEST(Idx1Dico, AQuestionGivenToAnotherRecordMeetsThatRecordsNameLine) {
+  Scratch_dir dir;
+  std::string history = history_line(3, 1, 100, 90) + history_line(2, 0, 80, 0);
+  dir.write("idx1_old", idx1_header(PATH, "fr1") + "#b *fr1 0 * 1 \r\n" + history);
+  Trf_classmt old;
+  INIT_CLASSMT(fopen("idx1_old", "r"), nullptr, nullptr, &old);
+  CLASS_OLD_WORDS(&old);
+  ASSERT_STREQ(old.ss_words, "* b *");
+  old.ss_words[2] = 'a';
   write_with(&old, "#a * 1\n", &dir);
   FREE_CLASSMT(&old);
   EXPECT_EQ(dir.read("new"), idx1_header(PATH, "fr1") + "#a *fr1 0 * 1 \r\n#b *fr1 0 * 1 \r\n" +
