@@ -123,15 +123,17 @@ int EXTR_N_LINT(int n, char *s, long *i_extracted) {
 }
 
 void LNB_12CHAR(long nb, char *snb) {
-  char number[MAX_LONG];
-  int length = (int)(std::to_chars(number, number + MAX_LONG, nb).ptr - number);
+  char number[MAX_LONG + 1];
+  char *end = std::to_chars(number, number + MAX_LONG, nb).ptr;
+  *end = '\0';
+  int length = (int)(end - number);
   int padding = (NB_FIELD - length) / 2;
   // QUIRK silent thirteenth digit: (12 - 13) / 2 is 0, so a number of 13 characters loses its last
   // one without the warning that longer ones get; a reader would expect it too. It is meant: the
   // padding alone decides, and no count or day number comes near.
   // Test: NumberField.ThirteenCharactersAreCutWithoutAWarningAndLeaveTheThirteenthByte
   if (padding < 0) {
-    SAY("Warning LNB_12CHAR sw=%.*s@@@\n", length, number);
+    SAY("Warning LNB_12CHAR sw=%s@@@\n", number);
     padding = 0;
   }
   memset(snb, ' ', NB_FIELD);
