@@ -33,19 +33,19 @@ size_t HASH_OF_QUESTION(std::string_view question);
 
 // The work record of an old idx1 file. Arrays are 1-based g_malloc blocks of nb_tot + 5 elements.
 struct Trf_classmt {
-  FILE *fp_class = nullptr;         // the old idx1 file, open for reading; IDX1_DICO closes it
-  FILE *fp_log = nullptr;           // the log; borrowed
-  int nb_tot = 0;                   // capacity of order and value, grown by 10
-  int nb = 0;                       // old records
-  int *order = nullptr;             // element i holds i
-  long *value = nullptr;            // element i: offset of old record i's name line
-  std::vector<Trf_met_history> met; // element i: the history of old record i
-  long *nk_QR = nullptr;            // counts of the tag list; not used here
-  long *nk_RQ = nullptr;            // counts of the tag list; not used here
-  int lss_words = 0;                // capacity of ss_words, which has 5 spare bytes more
-  char *ss_words = nullptr;         // "*", then for each old record a blank, its question and '*'
+  FILE *fp_class = nullptr;     // the old idx1 file, open for reading; IDX1_DICO closes it
+  FILE *fp_log = nullptr;       // the log; borrowed
+  int nb_tot = 0;               // capacity of order and value, grown by 10
+  int nb = 0;                   // old records
+  int *order = nullptr;         // element i holds i
+  long *value = nullptr;        // element i: offset of old record i's name line
+  long *nk_QR = nullptr;        // counts of the tag list; not used here
+  long *nk_RQ = nullptr;        // counts of the tag list; not used here
+  int lss_words = 0;            // capacity of ss_words, which has 5 spare bytes more
+  char *ss_words = nullptr;     // "*", then for each old record a blank, its question and '*'
   const char *s_idx1 = nullptr; // the index whose copy fp_class is, for messages; borrowed, or null
-  const char *s_class = nullptr; // path of fp_class; borrowed, null for "./idx1_old"
+  const char *s_class = nullptr;    // path of fp_class; borrowed, null for "./idx1_old"
+  std::vector<Trf_met_history> met; // element i: the history of old record i
 };
 
 // Sets the record up for CLASS_OLD_WORDS: nb 0, nb_tot 20, lss_words 30, ss_words "*". fp_class is
