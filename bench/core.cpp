@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 
 #include "bench/rows.h"
 
@@ -62,8 +63,7 @@ void register_work(const std::string &name, const std::function<void()> &prepare
 
 } // namespace
 
-void MEASURE(const std::string &input, const std::vector<Work> &works, int times, FILE *out,
-             Measured *measured) {
+void MEASURE(const std::string &input, const std::vector<Work> &works, int times, FILE *out) {
   Costs costs;
   benchmark::ClearRegisteredBenchmarks();
   for (const Work &work : works) {
@@ -78,7 +78,6 @@ void MEASURE(const std::string &input, const std::vector<Work> &works, int times
                      work.bar,  work.megabytes};
     if (work.floor)
       figure.floor = median_cost(costs[work.what + FLOOR]);
-    (*measured)[{work.what, input}] = figure.cost;
     PRINT_FIGURE(figure, out);
   }
 }
@@ -95,12 +94,10 @@ int main(int argc, char **argv) {
   char *flags[] = {name, in_turns, nullptr};
   int nb_flags = 2;
   benchmark::Initialize(&nb_flags, flags);
-  Measured measured;
-  LIFE_ROWS(out, &measured);
-  LOAD_ROWS(FEW_DICTIONARIES, 15, out, &measured);
-  LOAD_ROWS(LONG_DICTIONARIES, 3, out, &measured);
-  LOAD_ROWS(MANY_DICTIONARIES, 3, out, &measured);
-  GROWTH_ROWS(measured, out);
+  LIFE_ROWS(out);
+  LOAD_ROWS(FEW_DICTIONARIES, 15, out);
+  LOAD_ROWS(LONG_DICTIONARIES, 3, out);
+  LOAD_ROWS(MANY_DICTIONARIES, 3, out);
   fclose(out);
   return 0;
 }

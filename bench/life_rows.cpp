@@ -30,7 +30,7 @@ void start() {
   Open_book started;
 }
 
-void measure_starts(const Life &life, FILE *out, Measured *measured) {
+void measure_starts(const Life &life, FILE *out) {
   start();
   Index_floor first(life, false);
   auto forget_indexes = []() {
@@ -38,7 +38,7 @@ void measure_starts(const Life &life, FILE *out, Measured *measured) {
     fs::remove_all("IDX1");
   };
   MEASURE(life.text, {{"first start", BAR_RATIO, 3, forget_indexes, start, [&]() { first.run(); }}},
-          TIMES, out, measured);
+          TIMES, out);
   WRITE_HISTORIES(life, true);
   SETTLE_TIMES(life);
   Index_floor again(life, true);
@@ -46,13 +46,13 @@ void measure_starts(const Life &life, FILE *out, Measured *measured) {
       life.text,
       {{"start, all edited", BAR_RATIO, 3,
         [&]() { TOUCH_DICTIONARIES(life, life.nb_dictionaries); }, start, [&]() { again.run(); }}},
-      TIMES, out, measured);
+      TIMES, out);
   SETTLE_TIMES(life);
   MEASURE(life.text,
           {{"start, nothing to do", NO_BAR, 0, [&]() { SETTLE_TIMES(life); }, start, nullptr},
            {"start, one dictionary edited", NO_BAR, 0, [&]() { TOUCH_DICTIONARIES(life, 1); },
             start, nullptr}},
-          TIMES, out, measured);
+          TIMES, out);
 }
 
 void load(int n, Trf_book *book) {
@@ -60,7 +60,7 @@ void load(int n, Trf_book *book) {
   INIT_LESSON(&n, book);
 }
 
-void measure_lessons(const Life &life, FILE *out, Measured *measured) {
+void measure_lessons(const Life &life, FILE *out) {
   Open_book open;
   Trf_book *book = open.book;
   std::vector<std::string> indexes = INDEXES_OF(life);
@@ -77,10 +77,10 @@ void measure_lessons(const Life &life, FILE *out, Measured *measured) {
   for (int code = 1; code <= 5; code++)
     works.push_back({"!worst " + std::to_string(code), BAR_SECONDS, COMPOSED, empty,
                      [=]() { WORST_WORDS_LESSON(code, book); }, read});
-  MEASURE(life.text, works, TIMES, out, measured);
+  MEASURE(life.text, works, TIMES, out);
 }
 
-void measure_reports(const Life &life, FILE *out, Measured *measured) {
+void measure_reports(const Life &life, FILE *out) {
   Open_book open;
   Trf_book *book = open.book;
   std::vector<std::string> indexes = INDEXES_OF(life);
@@ -94,7 +94,7 @@ void measure_reports(const Life &life, FILE *out, Measured *measured) {
   MEASURE(life.text,
           {{"!dico", NO_BAR, 0, nullptr, [=]() { MERTU_DICO(book); }, [&]() { listing.run(); }},
            {"!ltag", NO_BAR, 0, nullptr, list_tags, [=]() { READ_LINES(indexes); }}},
-          TIMES, out, measured);
+          TIMES, out);
 }
 
 // Every word of the lesson answered three times, and missed once.
@@ -120,7 +120,7 @@ void write_lines(const std::string &path, int nb) {
   close(fd);
 }
 
-void measure_recording(const Life &life, FILE *out, Measured *measured) {
+void measure_recording(const Life &life, FILE *out) {
   Open_book open;
   Trf_book *book = open.book;
   auto answered = [=]() {
@@ -137,10 +137,10 @@ void measure_recording(const Life &life, FILE *out, Measured *measured) {
             [=]() { RECORD_LESSON(book); }, []() { write_lines("floor/d0007.txt.idx1", 200); }},
            {"recording, a composed lesson", NO_BAR, 0, composed, [=]() { RECORD_LESSON(book); },
             nullptr}},
-          5, out, measured);
+          5, out);
 }
 
-void measure_maintenance(const Life &life, FILE *out, Measured *measured) {
+void measure_maintenance(const Life &life, FILE *out) {
   fs::copy("IDX1", "other");
   Open_book open;
   Trf_book *book = open.book;
@@ -151,10 +151,10 @@ void measure_maintenance(const Life &life, FILE *out, Measured *measured) {
           {{"check of everything", BAR_BEYOND_SYNCS, 0.100, nullptr,
             [=]() { CHECK_CORR_ALL_DBASE(book); }, bare},
            {"synchronise", BAR_RATIO, 4, nullptr, [&]() { SYNCHRO_ALL_DBASE(other, book); }, bare}},
-          TIMES, out, measured);
+          TIMES, out);
   WRITE_OLD_FORM(life);
   MEASURE(life.text, {{"transfer", NO_BAR, 0, nullptr, [=]() { TRF_ALL_DBASE(book); }, nullptr}},
-          TIMES, out, measured);
+          TIMES, out);
 }
 
 // The text of a dictionary, without accents or with one in most lines, many times over.
@@ -167,7 +167,7 @@ std::string long_text(bool accents) {
   return text;
 }
 
-void measure_reader(FILE *out, Measured *measured) {
+void measure_reader(FILE *out) {
   std::vector<Work> works;
   std::string texts[2] = {long_text(false), long_text(true)};
   for (int accents : {0, 1}) {
@@ -178,22 +178,22 @@ void measure_reader(FILE *out, Measured *measured) {
                      [&texts, accents]() { LOOP_OVER_BYTES(texts[accents]); },
                      (double)texts[accents].size() / 1e6});
   }
-  MEASURE("32 MiB", works, TIMES, out, measured);
+  MEASURE("32 MiB", works, TIMES, out);
   fs::remove("accents");
   fs::remove("plain");
 }
 
 } // namespace
 
-void LIFE_ROWS(FILE *out, Measured *measured) {
+void LIFE_ROWS(FILE *out) {
   const Life &life = FULL_LIFE;
   Scratch_home home(life.name);
-  measure_reader(out, measured);
+  measure_reader(out);
   WRITE_LIFE(life);
-  measure_starts(life, out, measured);
+  measure_starts(life, out);
   SETTLE_TIMES(life);
-  measure_lessons(life, out, measured);
-  measure_reports(life, out, measured);
-  measure_recording(life, out, measured);
-  measure_maintenance(life, out, measured);
+  measure_lessons(life, out);
+  measure_reports(life, out);
+  measure_recording(life, out);
+  measure_maintenance(life, out);
 }

@@ -28,11 +28,11 @@ void forget_indexes() {
 }
 
 // The first index of all, and again with the histories of the old one.
-void measure_indexing(const Life &life, int times, FILE *out, Measured *measured) {
+void measure_indexing(const Life &life, int times, FILE *out) {
   start();
   Index_floor first(life, false);
   MEASURE(life.text, {{"first index", BAR_RATIO, 3, forget_indexes, start, [&]() { first.run(); }}},
-          times, out, measured);
+          times, out);
   WRITE_HISTORIES(life, false);
   SETTLE_TIMES(life);
   Index_floor again(life, true);
@@ -40,10 +40,10 @@ void measure_indexing(const Life &life, int times, FILE *out, Measured *measured
       life.text,
       {{"index rebuilt", BAR_RATIO, 3, [&]() { TOUCH_DICTIONARIES(life, life.nb_dictionaries); },
         start, [&]() { again.run(); }}},
-      times, out, measured);
+      times, out);
 }
 
-void measure_synchronising(const Life &life, int times, FILE *out, Measured *measured) {
+void measure_synchronising(const Life &life, int times, FILE *out) {
   fs::remove_all("other");
   fs::copy("IDX1", "other");
   Open_book open;
@@ -54,10 +54,10 @@ void measure_synchronising(const Life &life, int times, FILE *out, Measured *mea
             [&]() { floor.run(); }},
            {"check", NO_BAR, 0, nullptr, [&]() { CHECK_CORR_ALL_DBASE(open.book); },
             [&]() { floor.run(); }}},
-          times, out, measured);
+          times, out);
 }
 
-void measure_commands(const Life &life, int times, FILE *out, Measured *measured) {
+void measure_commands(const Life &life, int times, FILE *out) {
   Open_book open;
   Trf_book *book = open.book;
   std::vector<std::string> indexes = INDEXES_OF(life);
@@ -91,16 +91,16 @@ void measure_commands(const Life &life, int times, FILE *out, Measured *measured
        {"start, nothing to do", NO_BAR, 0, nullptr, start, nullptr},
        {"start, one dictionary edited", NO_BAR, 0, [&]() { TOUCH_DICTIONARIES(life, 1); }, start,
         nullptr}},
-      times, out, measured);
+      times, out);
 }
 
 } // namespace
 
-void LOAD_ROWS(const Life &life, int times, FILE *out, Measured *measured) {
+void LOAD_ROWS(const Life &life, int times, FILE *out) {
   Scratch_home home(life.name);
   WRITE_LIFE(life);
-  measure_indexing(life, times, out, measured);
-  measure_synchronising(life, times, out, measured);
+  measure_indexing(life, times, out);
+  measure_synchronising(life, times, out);
   SETTLE_TIMES(life);
-  measure_commands(life, times, out, measured);
+  measure_commands(life, times, out);
 }

@@ -1,11 +1,10 @@
-// The rows of the benchmark in the process: each piece of work and its floor, measured in turns.
+// The rows of the benchmark in the process: each piece of work and its floor.
 #ifndef MERTU_BENCH_ROWS_H
 #define MERTU_BENCH_ROWS_H
 
 #include <stdio.h>
 
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -23,18 +22,14 @@ struct Work {
   double megabytes = 0;
 };
 
-// What was measured of each work, on each input.
-using Measured = std::map<std::pair<std::string, std::string>, Cost>;
-
-// Measures the works in random turns, each so many times, and prints a row of medians for each.
-void MEASURE(const std::string &input, const std::vector<Work> &works, int times, FILE *out,
-             Measured *measured);
+// Each program of the benchmark does so in its own way: bench_core does the works in random turns
+// with their floors, each so many times, and writes a row of medians for each to `out`;
+// bench_growth does each once and keeps how many instructions it takes.
+void MEASURE(const std::string &input, const std::vector<Work> &works, int times, FILE *out);
 
 // A full learner's life: start, lessons, commands, recording; the line reader.
-void LIFE_ROWS(FILE *out, Measured *measured);
+void LIFE_ROWS(FILE *out);
 // What grows: indexing, synchronising and the commands that look at every word.
-void LOAD_ROWS(const Life &life, int times, FILE *out, Measured *measured);
-// How it grew.
-void GROWTH_ROWS(const Measured &measured, FILE *out);
+void LOAD_ROWS(const Life &life, int times, FILE *out);
 
 #endif

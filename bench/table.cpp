@@ -104,13 +104,15 @@ void PRINT_FIGURE(const Figure &figure, FILE *out) {
 }
 
 void PRINT_GROWTH_HEAD(FILE *out) {
-  fprintf(out, "\n| what | from | to | processor time, times | size times its logarithm | kept |\n"
-               "|---|---|---|--:|--:|---|\n");
+  fprintf(out, "| what | input | instructions | times those of the small one | size times its "
+               "logarithm | kept |\n"
+               "|---|---|--:|--:|--:|---|\n");
 }
 
-void PRINT_GROWTH(const std::string &what, const std::string &small, const std::string &large,
-                  double took, double due, FILE *out) {
-  fprintf(out, "| %s | %s | %s | %.1f | %.1f | %s |\n", what.c_str(), small.c_str(), large.c_str(),
-          took, due, took <= due ? "yes" : "NO");
+void PRINT_GROWTH(const std::string &what, const std::string &large, double small_count,
+                  double large_count, double due, FILE *out) {
+  double grown = large_count / small_count;
+  fprintf(out, "| %s | %s | %s M | %.1f | %.1f | %s |\n", what.c_str(), large.c_str(),
+          number(large_count / 1e6, 1).c_str(), grown, due, grown <= due ? "yes" : "NO");
   fflush(out);
 }

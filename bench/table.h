@@ -32,10 +32,10 @@ void PRINT_HEAD(FILE *out);
 // Writes one row of it.
 void PRINT_FIGURE(const Figure &figure, FILE *out);
 
-// The same of the table of growth: how many times the processor time the larger input took,
-// and how many times longer its size times its logarithm is.
+// The same of the table of growth: the instructions of the work on both inputs, and how many times
+// longer the size of the larger with its logarithm is.
 void PRINT_GROWTH_HEAD(FILE *out);
-void PRINT_GROWTH(const std::string &what, const std::string &small, const std::string &large,
-                  double took, double due, FILE *out);
+void PRINT_GROWTH(const std::string &what, const std::string &large, double small_count,
+                  double large_count, double due, FILE *out);
 
 #endif

@@ -11,7 +11,7 @@ packages_for() {
     tour) printf '%s\n' xvfb xauth xdotool scrot ;;
     validators) printf '%s\n' desktop-file-utils appstream mandoc man-db dpkg-dev file ;;
     package-check) printf '%s\n' lintian ;;
-    bench) printf '%s\n' libbenchmark-dev ;;
+    bench) printf '%s\n' libbenchmark-dev valgrind ;;
     pictures) printf '%s\n' pngquant optipng ;;
     checks) printf '%s\n' python3 gcovr clang-tidy cppcheck valgrind git ;;
     sounds) printf '%s\n' espeak-ng sox libsox-fmt-base ;;
