@@ -194,6 +194,23 @@ TEST(RazLesson, LinesTooShortForTwoBlankOnesBecomeBlankEachForItself) {
   EXPECT_EQ(desk.idx1("one"), desk.with(0, BLANK.substr(0, 50) + "\r\n" + BLANK.substr(0, 48)));
 }
 
+TEST(RazLesson, WhereTheSecondLineIsEmptyOrMissingTheFirstIsForgotten) {
+  for (bool missing : {false, true}) {
+    Record_desk desk;
+    SCRIPT().answer = ANSWER_YES;
+    desk.take(desk.entry("one", "mot", history_line(3, 2, 2900, 2800) + "\r\n"));
+    desk.write();
+    std::string expected = desk.with(0, BLANK);
+    if (missing) {
+      expected.resize(desk.places[0].second + 54);
+      desk.dir.write(Record_desk::path("one"), desk.files["one"].substr(0, expected.size()));
+    }
+    EXPECT_EQ(desk.raz(), "");
+    EXPECT_EQ(desk.log(), "");
+    EXPECT_EQ(desk.idx1("one"), expected);
+  }
+}
+
 TEST(RazLesson, TheNextRecordsNameIsNeverWrittenOver) {
   Record_desk desk;
   SCRIPT().answer = ANSWER_YES;
