@@ -35,10 +35,11 @@ double compare(const Wall_time &first, const Wall_time &second) {
 // then made once more than needed.
 // Test: FileTimes.TheHourLivedTwiceIsComparedByTheWallClock
 Wall_time wall_time(time_t moment) {
-  struct tm t;
-  if (localtime_r(&moment, &t) == nullptr)
+  // Not localtime_r, which keeps to the zone that was set when it was first asked.
+  const struct tm *t = localtime(&moment);
+  if (t == nullptr)
     return {};
-  return {t.tm_year, t.tm_mon, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec};
+  return {t->tm_year, t->tm_mon, t->tm_mday, t->tm_hour, t->tm_min, t->tm_sec};
 }
 
 void trace_time(const char *name, const Wall_time &t) {

@@ -125,6 +125,19 @@ TEST(FileTimes, TheHourLivedTwiceIsComparedByTheWallClock) {
   EXPECT_EQ(compare_files("origin", "derived"), 0);
 }
 
+TEST(FileTimes, AZoneSetSinceIsFollowed) {
+  Scratch_dir dir;
+  dir.write("origin", "");
+  dir.write("derived", "");
+  Zone zone("UTC0");
+  const time_t summer_time_ends = 1698541200;
+  modify_at("origin", summer_time_ends - 1);
+  modify_at("derived", summer_time_ends);
+  EXPECT_EQ(compare_files("origin", "derived"), 1);
+  setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+  EXPECT_EQ(compare_files("origin", "derived"), -1);
+}
+
 TEST(FileTimes, TwoFilesAreComparedAsTheirTextsAre) {
   Scratch_dir dir;
   Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");
