@@ -126,8 +126,9 @@ std::string mended_rest(const std::string &bytes) {
   return line_end + blank;
 }
 
-// Hands every place of an open file that is to be mended, with what comes there, to `mend`, which
-// returns 0, or the errno that tells why it cannot be done. So does this routine.
+// Hands every place of an open file that may be one to be mended, with what comes there ("" where
+// it is none), to `mend`, which returns 0, or the errno that tells why it cannot be done. So does
+// this routine.
 int visit_erased(FILE *fp, const std::function<int(long start, const std::string &text)> &mend) {
   Trf_line_cursor line(fp);
   line.limit = LONG_MAX;
@@ -223,15 +224,6 @@ void mend_files(Trf_erased *erased, FILE *fp_log) {
   }
 }
 
-// Copies an open file. Returns 0, or the errno that tells why not.
-int copy_stream(FILE *fp, FILE *copy) {
-  char block[16384];
-  while (size_t nb = fread(block, 1, sizeof(block), fp))
-    if (fwrite(block, 1, nb, copy) != nb)
-      return errno;
-  return ferror(fp) || fflush(copy) != 0 ? errno : 0;
-}
-
 // The same file with nothing read ahead.
 Owned_stream read_afresh(Owned_stream fp) {
   Owned_stream fresh;
@@ -272,7 +264,7 @@ Owned_stream MENDED_COPY(FILE *fp) {
   Owned_stream copy(tmpfile());
   if (!copy)
     return nullptr;
-  int reason = copy_stream(fp, copy.get());
+  int reason = COPY_STREAM(fp, copy.get()) == 0 ? 0 : errno;
   if (reason == 0)
     reason = visit_erased(copy.get(), [&](long start, const std::string &text) {
       return WRITE_IN_PLACE(copy.get(), start, text);

@@ -59,21 +59,23 @@ int copier_fichier(const char *source, const char *destination) {
   return 0;
 }
 
+int COPY_STREAM(FILE *fp, FILE *copy) {
+  char block[COPY_BLOCK];
+  while (size_t nb = fread(block, 1, sizeof(block), fp))
+    if (fwrite(block, 1, nb, copy) != nb)
+      return 2;
+  if (ferror(fp))
+    return 1;
+  return fflush(copy) == 0 ? 0 : 2;
+}
+
 int COPY_TO_SCRATCH(FILE *fp, const char *scratch) {
   if (is_file_at(fp, scratch))
     return 0;
   if (unlink(scratch) != 0 && errno != ENOENT)
     return 2;
   Owned_stream copy = OPEN_STREAM(scratch, "wxb");
-  if (!copy)
-    return 2;
-  char block[COPY_BLOCK];
-  while (size_t nb = fread(block, 1, sizeof(block), fp))
-    if (fwrite(block, 1, nb, copy.get()) != nb)
-      return 2;
-  if (ferror(fp))
-    return 1;
-  return fflush(copy.get()) == 0 ? 0 : 2;
+  return copy ? COPY_STREAM(fp, copy.get()) : 2;
 }
 
 char *back_up_file(char *file_path) {

@@ -17,6 +17,10 @@ const char BACK_UP_PREFIX[] = "cpy_";
 // SAVED_LOG) when reading or writing fails after that; the old destination then stands.
 int copier_fichier(const char *source, const char *destination);
 
+// Copies an open file, from where it stands, into a stream, which is flushed. Both are borrowed.
+// Returns 0, 1 when the file cannot be read, 2 when the copy cannot be written; errno tells why.
+int COPY_STREAM(FILE *fp, FILE *copy);
+
 // Copies an open file, from where it stands, to a scratch file, which is made anew: whoever dies
 // in the meantime needs it no more, so it is not synced. A file that is its own scratch file stays
 // as it is. fp: open for reading; borrowed.
