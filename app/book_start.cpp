@@ -12,6 +12,7 @@
 #include "score/error_score.h"
 #include "score/position_table.h"
 #include "text/button_block.h"
+#include "util/owned.h"
 #include "util/report.h"
 
 namespace {
@@ -28,19 +29,13 @@ void free_text(char **text) {
   *text = nullptr;
 }
 
-void close_stream(FILE **fp) {
-  if (*fp != nullptr)
-    fclose(*fp);
-  *fp = nullptr;
-}
-
 void free_book(Trf_book *book) {
-  close_stream(&book->fp);
-  close_stream(&book->fp_gene);
-  close_stream(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp);
+  CLOSE_STREAM(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_idx1);
   if (SAVED_LOG() == book->fp_log)
     SET_SAVED_LOG(nullptr);
-  close_stream(&book->fp_log);
+  CLOSE_STREAM(&book->fp_log);
   free_text(&book->lessons);
   free_text(&book->path_of_lesson);
   free_text(&book->s_label);
@@ -49,10 +44,7 @@ void free_book(Trf_book *book) {
 }
 
 void free_registry(Trf_string *G_kentel) {
-  free_text(&G_kentel->st_lesson);
-  free_text(&G_kentel->st_idx1);
-  free_text(&G_kentel->st_alias);
-  free_text(&G_kentel->spath_idx1);
+  FREE_REGISTRY(G_kentel);
   g_free(G_kentel);
 }
 

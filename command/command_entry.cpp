@@ -15,6 +15,7 @@
 #include "quiz/pane.h"
 #include "quiz/record_question.h"
 #include "score/position_table.h"
+#include "util/owned.h"
 #include "util/report.h"
 #include "util/words.h"
 
@@ -34,19 +35,13 @@ void switch_sound(int asked, Trf_book *book) {
   LABEL_BUTTON(book->button_sound, book->sound == 1 ? "<)))" : "< XX", nullptr);
 }
 
-void close_stream(FILE **fp) {
-  if (*fp != nullptr)
-    fclose(*fp);
-  *fp = nullptr;
-}
-
 // Ends the running drill: closes its files and asks whether to record it. False when the window
 // went or another lesson came meanwhile: then nothing is left to do.
 bool end_drill(Trf_book *book) {
   TRACE("callback_entry_book closes the files of lesson %d", book->ilesson);
   DROP_STREAM(book);
-  close_stream(&book->fp_gene);
-  close_stream(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_idx1);
   long moment = LESSON_MOMENT();
   return RECORD_QUESTION_ON_MOVE(book) && moment == LESSON_MOMENT();
 }

@@ -35,15 +35,9 @@ struct Trf_recording {
   bool twice = false;                              // the word was met before
 };
 
-void close_stream(FILE **fp) {
-  if (*fp != nullptr)
-    fclose(*fp);
-  *fp = nullptr;
-}
-
 // Opens the current generated lesson file as the book's.
 bool open_gene(Trf_book *book) {
-  close_stream(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_gene);
   const char *name = CURRENT_GENE_NAME(book->ilesson);
   book->fp_gene = fopen(name, "r");
   if (book->fp_gene == nullptr)
@@ -275,7 +269,7 @@ void forget_lesson(Trf_book *book) {
   if (!open_gene(book))
     return;
   erase_words(book);
-  close_stream(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_gene);
 }
 
 Trf_answer ask_to_forget(Trf_book *book) {
@@ -300,7 +294,7 @@ void RECORD_LESSON(Trf_book *book) {
   if (!open_gene(book))
     return;
   std::vector<std::string> faulty = record_words(book);
-  close_stream(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_gene);
   LOG_LINE(book->fp_log, "RECORD_LESSON %d DONE  nb_errors=%d\n", book->ilesson,
            (int)faulty.size());
   if (!faulty.empty())

@@ -13,17 +13,12 @@
 #include "score/merge_sort.h"
 #include "util/book.h"
 #include "util/day_number.h"
+#include "util/owned.h"
 #include "util/report.h"
 
 namespace {
 
 const int OF_A_COMPOSED_LESSON = 0; // ilesson of ./idx2_gene
-
-void close_stream(FILE **fp) {
-  if (*fp != nullptr)
-    fclose(*fp);
-  *fp = nullptr;
-}
 
 // Marks the end of both orderings, which is also an empty save slot: an undo before the first
 // verdict finds nothing to bring back.
@@ -159,8 +154,8 @@ Trf_composition::Trf_composition(const Trf_recipe *row, const char *tag, Trf_boo
 
 bool BEGIN_COMPOSITION(Trf_composition *composition) {
   Trf_book *book = composition->book;
-  close_stream(&book->fp_idx1);
-  close_stream(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_gene);
   MEND_FORGOTTEN(book->fp_log);
   book->fp_gene = fopen(CURRENT_GENE_NAME(OF_A_COMPOSED_LESSON), composition->recipe->mode);
   if (book->fp_gene == nullptr) {
@@ -178,7 +173,7 @@ void VISIT_DICTIONARY(int k, Trf_composition *composition) {
     return;
   book->fp_idx1 = index.fp.release();
   visit_entries(index.s_idx1.get(), composition);
-  close_stream(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_idx1);
 }
 
 void COLLECT_ENTRIES(Trf_composition *composition) {

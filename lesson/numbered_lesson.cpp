@@ -1,8 +1,6 @@
 // A numbered lesson loaded: the whole dictionary of that number becomes the current lesson.
 #include "lesson/numbered_lesson.h"
 
-#include <limits.h>
-
 #include <string>
 
 #include "config/registry.h"
@@ -11,6 +9,7 @@
 #include "db/mend_forgotten.h"
 #include "lesson/indirect_entry.h"
 #include "lesson/table_entry.h"
+#include "lesson/worst_keys.h"
 #include "score/check_order.h"
 #include "score/error_score.h"
 #include "score/merge_sort.h"
@@ -28,12 +27,6 @@ const long MAX_PASSES = 9999;
 const int DESCRIBED = 2;
 
 const Trf_walk_texts TEXTS = {"INIT_LESSON and CHECK_4LINT", "INIT_LESSON and CHECK_4LINT", ""};
-
-void close_stream(FILE **fp) {
-  if (*fp != nullptr)
-    fclose(*fp);
-  *fp = nullptr;
-}
 
 // Closes the generated lesson file; false when it could not be written whole.
 bool close_written(FILE **fp) {
@@ -68,12 +61,6 @@ void load_entries(Trf_idx1_walk *walk, Trf_book *book) {
   book->t_posit->nb_posit = icont;
 }
 
-// The sum of two counts, held at the end of the type.
-long sum_of_counts(long nb, long nok) {
-  long sum = 0;
-  return __builtin_add_overflow(nb, nok, &sum) ? LONG_MAX : sum;
-}
-
 // Scores one direction and sorts its ordering. Entries never asked score -1.
 void rank_side(int sens, long today, Trf_book *book) {
   Trf_side side = SIDE_OF_TABLE(sens, book->t_posit);
@@ -82,7 +69,7 @@ void rank_side(int sens, long today, Trf_book *book) {
     // counts where the R->Q score is given the known count alone. It looks as if one of the two had
     // been forgotten; it is meant: every answer to a question lightens its entry, and the ranks of
     // numbered lessons hang on it. Test: NumberedLesson.OnlyQuestionToResponseCountsMissesAsKnown
-    long nb = sens == 1 ? sum_of_counts(side.nb[i], side.nok[i]) : side.nb[i];
+    long nb = sens == 1 ? NB_ANSWERS(i, side) : side.nb[i];
     side.cum_err[i] =
         FCT_ERROR(book->t_err, nb, side.nok[i], today, side.date_ok[i], side.date_nok[i]);
   }
@@ -121,8 +108,8 @@ std::string open_files(int n, const char *s_idx1, Trf_book *book) {
 // The lesson counts as empty.
 void refuse_lesson(const char *path, Trf_book *book) {
   LOG_LINE(book->fp_log, "INIT_LESSON cannot open file %s \n", path);
-  close_stream(&book->fp_idx1);
-  close_stream(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_gene);
   ALLOCATE_POSIT(FIRST_CAPACITY, book->t_posit);
   mark_end(book->t_posit);
 }
@@ -133,15 +120,15 @@ void INIT_LESSON(int *ilesson, Trf_book *book) {
   if (*ilesson == 0)
     return RENEW_ELEM_NEVEZ(book->t_posit);
   MEND_FORGOTTEN(book->fp_log);
-  close_stream(&book->fp_idx1);
-  close_stream(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_gene);
   Owned_text s_idx1(S_IDX1_FROM_NUM(*ilesson, book->G_kentel));
   std::string refused = open_files(*ilesson, s_idx1.get(), book);
   if (book->fp_idx1 == nullptr || book->fp_gene == nullptr)
     return refuse_lesson(refused.c_str(), book);
   Trf_idx1_walk walk(book->fp_idx1, s_idx1.get(), book->fp_log, &TEXTS);
   load_entries(&walk, book);
-  close_stream(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_idx1);
   if (!close_written(&book->fp_gene))
     return refuse_lesson(CURRENT_GENE_NAME(*ilesson), book);
   for (int sens : {1, 2})

@@ -25,18 +25,12 @@ struct {
   int iloop = 0;
 } calls;
 
-void close_stream(FILE **fp) {
-  if (*fp != nullptr)
-    fclose(*fp);
-  *fp = nullptr;
-}
-
 // Leaves the lesson: whoever still works on it must stop.
 void leave_lesson(Trf_book *book) {
   LESSON_MOVES_ON();
   DROP_STREAM(book);
-  close_stream(&book->fp_gene);
-  close_stream(&book->fp_idx1);
+  CLOSE_STREAM(&book->fp_gene);
+  CLOSE_STREAM(&book->fp_idx1);
   if (book->ilesson > 0)
     book->t_posit->nb_posit = 0;
 }

@@ -30,4 +30,11 @@ inline Owned_stream OPEN_STREAM(const char *path, const char *mode) {
   return Owned_stream(fopen(path, mode));
 }
 
+// Closes a stream that a record holds, where it is open; it is null afterwards.
+inline void CLOSE_STREAM(FILE **fp) {
+  if (*fp != nullptr)
+    fclose(*fp);
+  *fp = nullptr;
+}
+
 #endif
