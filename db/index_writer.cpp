@@ -55,9 +55,7 @@ void write_header(const Trf_index_job &job) {
 
 void write_trailer(const Trf_index_job &job) {
   LOG_LINE(job.fp_log, "Primary entries (words, expressions ...) : %d \n", job.nb_entries);
-  fprintf(job.fpi, "# %s *", END_MARK);
-  fprintf(job.fpi, " %ld ", job.line.next);
-  fprintf(job.fpi, " \r\n");
+  fprintf(job.fpi, "# %s * %ld  \r\n", END_MARK, job.line.next);
 }
 
 // QUIRK name read otherwise: a dictionary line in UTF-8 that cannot be turned into CP1252 is taken
