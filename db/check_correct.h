@@ -13,7 +13,7 @@
 
 // Tells the learner (a warning, see util/dialogs), then checks and corrects dictionaries 1 to
 // nbt_lesson. book: G_kentel, nbt_lesson and fp_log (the log, may be null) are read.
-// Ends the program as UPDATE_IDX1_FILE, win_file and back_up_file do.
+// Ends the program as MEND_FORGOTTEN, UPDATE_IDX1_FILE, win_file and back_up_file do.
 void CHECK_CORR_ALL_DBASE(Trf_book *book);
 
 // Checks and corrects one dictionary, then tells the learner.
@@ -21,7 +21,7 @@ void CHECK_CORR_ALL_DBASE(Trf_book *book);
 // the word does not matter), else its alias (NUM_FROM_ALIAS), blanks around it allowed; not
 // changed. book: as above. A blank text, a number out of range and an unknown alias are logged, the
 // last is also told; nothing else happens then.
-// Ends the program as UPDATE_IDX1_FILE, win_file and back_up_file do.
+// Ends the program as above.
 void CHECK_CORR_SNG_DBASE(char *ss, Trf_book *book);
 
 #endif

@@ -13,11 +13,12 @@ const long MAX_RECORDED_COUNT = 10000;
 // position table into the idx1 files, each changed history line in place (db/pending_changes), and
 // syncs the files before it ends in whatever way. Says "RECORD_LESSON %d DONE  nb_errors=%d\n" in
 // the log (nb_errors: dictionaries with faulty lines). With faulty lines: the idx1 file is backed
-// up, the learner told (util/dialogs), and the last dictionary checked and corrected
-// (CHECK_CORR_SNG_DBASE). book: ilesson, t_posit and fp_log are read, G_kentel and nbt_lesson by
-// the correction; fp_gene and fp_idx1 are closed and null afterwards. A generated lesson file or an
-// idx1 file that cannot be opened is told ("RECORD_LESSON cannot open file %s \n", log and standard
-// output) and its words are not recorded. A line or file that cannot be read or written is told
+// up ("cannot back up file %s \n", log and standard output, where it cannot be), the learner told
+// (util/dialogs), and the last dictionary checked and corrected (CHECK_CORR_SNG_DBASE). book:
+// ilesson, t_posit and fp_log are read, G_kentel and nbt_lesson by the correction; fp_gene and
+// fp_idx1 are closed and null afterwards. A generated lesson file or an idx1 file that cannot be
+// opened is told ("RECORD_LESSON cannot open file %s \n", log and standard output) and its words
+// are not recorded. A line or file that cannot be read or written is told
 // ("cannot read file %s: %s \n", "cannot write file %s: %s \n", log and standard output), the
 // others are recorded. Ends the program (texts in the log and on standard output):
 //   10 "RECORD_LESSON error 10" after day 10000;
@@ -34,7 +35,8 @@ void RECORD_LESSON(Trf_book *book);
 // \n" on standard output. Nothing either where the window went, or another lesson came, while the
 // question stood.
 // A file that cannot be opened or written is told as by RECORD_LESSON. Ends the program as
-// NEXT_LESSON_WORD does, under the name RECORD_LESSON, before anything is erased.
+// RECORD_LESSON does where that is called; else as MEND_FORGOTTEN and, under the name
+// RECORD_LESSON, NEXT_LESSON_WORD do, before anything is erased.
 void RAZ_LESSON(Trf_book *book);
 
 #endif

@@ -18,7 +18,7 @@
 // not begin with '/', '\', "./" or ".\", '\' becomes '/', a '/' is added at its end; not changed. A
 // blank path does nothing. book: G_kentel, nbt_lesson and fp_log (the log, may be null) are read.
 // Ends the program with status 1 where the back-up cannot be made ("sub SYNCHRO_IDX1_FILE error
-// fp_class STOP \n"), and as SYNCHRO_IDX1_FILE, win_file and back_up_file do.
+// fp_class STOP \n"), and as MEND_FORGOTTEN, SYNCHRO_IDX1_FILE, win_file and back_up_file do.
 void SYNCHRO_ALL_DBASE(char *path_synchro, Trf_book *book);
 
 // Writes an idx1 file anew from the working copy, each history the larger of two. The old file is

@@ -25,7 +25,7 @@
 // Converts the idx1 file of every dictionary (1 to nbt_lesson) into "./IDX1_TRF/" and its own name.
 // The directory is made where it cannot be opened ("Create directory IDX1_TRF " on standard
 // output). book: G_kentel, nbt_lesson and fp_log (the log, may be null) are read.
-// Ends the program as TRF_IDX1_FILE does.
+// Ends the program as MEND_FORGOTTEN and TRF_IDX1_FILE do.
 void TRF_ALL_DBASE(Trf_book *book);
 
 // Converts one idx1 file. fp_log: the log, may be null. s_idx1: its path. s_trf: the transfer file,

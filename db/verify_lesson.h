@@ -17,7 +17,7 @@
 //   10 "VERIF_LESSON error 10" after day 10000;
 //   1 "VERIF_LESSON error 1" where a count is above 10000;
 //   1 "VERIF_LESSON STOP  nb_errors > 0" where a count differs;
-//   as NEXT_LESSON_WORD does.
+//   as NEXT_LESSON_WORD and MEND_FORGOTTEN do.
 void VERIF_LESSON(FILE *fp_gene, Trf_book *book);
 
 #endif
