@@ -76,7 +76,8 @@ struct Trf_composition {
 // Closes streams that the book still has open (fp_gene, fp_idx1), calls MEND_FORGOTTEN, opens
 // ./idx2_gene as the book's fp_gene and allocates the table afresh (nb_posit 0). Returns false
 // where the file cannot be opened: logged as "NAME cannot open file %s \n" with the recipe's name;
-// the lesson is empty and both orderings have their end marks.
+// the lesson is empty and both orderings have their end marks. Ends the program as MEND_FORGOTTEN
+// does.
 bool BEGIN_COMPOSITION(Trf_composition *composition);
 
 // Visits dictionary k where OPEN_VISITED_INDEX opens its index: hands over every entry that carries
@@ -84,7 +85,8 @@ bool BEGIN_COMPOSITION(Trf_composition *composition);
 // most, history lines not counted. The book's fp_idx1 is the open file meanwhile and null
 // afterwards.
 // Ends of the program, in the log and on standard output:
-//   1  "Error no detection of ####### stop" and "n file : %s"   no header
+//   1  "Error no detection of ####### stop" and "n file : %s"   no header; "cannot read file %s:
+//      %s"   reading fails behind it
 //   2  "Error no detection of values icont=%d stop" and "in file : %s"   a name line without its
 //      Q->R line; icont: the candidate's number within its dictionary
 //   3  the same, without its R->Q line

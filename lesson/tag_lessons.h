@@ -24,8 +24,8 @@ void NEW_TAG_LESSON(char *ss_tag, Trf_book *book);
 //          "./idx2_gene" cannot be opened or written whole, the lesson is empty (told as
 //          BEGIN_COMPOSITION does, lesson/compose.h).
 // A single entry is neither sorted, completed nor verified. "./idx2_gene" has no trailer.
-// Ends of the program: 1, 2, 3 as the walk over an idx1 file (db/idx1_walk.h); 11 as KEEP_TWENTY;
-// as VERIF_LESSON does.
+// Ends of the program: 1, 2, 3 as VISIT_DICTIONARY (lesson/compose.h); 1 as MEND_FORGOTTEN; 11 as
+// KEEP_TWENTY; as VERIF_LESSON does.
 void WORST_TAG_LESSON(char *ss_tag, Trf_book *book);
 
 // Searches the dictionaries after prev_lesson (a number, from 1) for entries that pass the tag test
@@ -33,7 +33,7 @@ void WORST_TAG_LESSON(char *ss_tag, Trf_book *book);
 // that score as high, and its record is appended to fp_gene.
 //   fp_gene   the generated lesson file, open for writing at its end; stays open
 //   book      t_posit changes; fp_idx1 is null afterwards
-// Ends of the program as above but for 11 and VERIF_LESSON.
+// Ends of the program as VISIT_DICTIONARY.
 void COMPLETE_TAG_LESSON(int prev_lesson, FILE *fp_gene, char *ss_tag, Trf_book *book);
 
 // Lists a ranking with the statistics of each entry, as trace. Changes nothing.

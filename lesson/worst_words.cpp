@@ -118,7 +118,7 @@ void order_by_score(int code_worst, Trf_composition *composition) {
   SORT_BY_SCORE(3 - sens, composition->book);
 }
 
-// The stages behind the collection, for a code that is known.
+// The stages behind the collection.
 void make_lesson(int code_worst, Trf_composition *composition) {
   Trf_book *book = composition->book;
   if (!keep_the_worst(code_worst, composition))

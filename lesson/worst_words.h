@@ -21,8 +21,8 @@ struct Trf_book;
 // ranks them), that of the other direction likewise by the score noted there. "./idx2_gene" has no
 // trailer.
 // Logs each stage; VERIF_LESSON runs before and after the limit, and after the search.
-// Ends the program: 1, 2, 3 as the walk over an idx1 file (db/idx1_walk.h); 11 as KEEP_TWENTY;
-// as VERIF_LESSON does.
+// Ends the program: 1, 2, 3 as VISIT_DICTIONARY (lesson/compose.h); 1 as MEND_FORGOTTEN; 11 as
+// KEEP_TWENTY; as VERIF_LESSON does.
 void WORST_WORDS_LESSON(int code_worst, Trf_book *book);
 
 // Searches the dictionaries after prev_lesson (a number, from 1) for entries that go ahead of the
@@ -31,8 +31,8 @@ void WORST_WORDS_LESSON(int code_worst, Trf_book *book);
 // bound of the last WORST_WORDS_LESSON, or as that of the table where it is the greater one.
 //   fp_gene   the generated lesson file, open for writing at its end; stays open
 //   book      t_posit changes; fp_idx1 is null afterwards
-// A code that is unknown is said as above, and nothing is searched. Ends of the program as above
-// but for 11 and VERIF_LESSON.
+// A code that is unknown is said as above, and nothing is searched. Ends of the program as
+// VISIT_DICTIONARY.
 void COMPLETE_WORST_LESSON(int code_worst, int prev_lesson, FILE *fp_gene, Trf_book *book);
 
 #endif
