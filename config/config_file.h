@@ -53,8 +53,9 @@ struct Prenestro {
 //   entry. A font from the file begins with a blank and is cut to 100 bytes.
 // Reads ./mertu.conf and opens the dictionaries named there to see whether they exist.
 // Ends of the program: 0 "s=%s order unknown =%d " on a line without a key (an empty one too);
-// 1 "file ./mertu.conf unreachable stop "; those of the value readers (config/config_values.h,
-// config/which_lesson.h, config/pages_key.h).
+// 1 "file ./mertu.conf unreachable stop ", "cannot read file ./mertu.conf: %s " where reading
+// fails; those of the value readers (config/config_values.h, config/which_lesson.h,
+// config/pages_key.h).
 void FURCH_SET(Prenestro *Caract_win, Trf_book *book, Trf_string *G_dico, char *ss_font_lesson,
                char *ss_font_vocab);
 
