@@ -36,16 +36,6 @@ void edit_one(const Learner_home &home) {
   home.borrow();
 }
 
-void forget_lesson_one() {
-  Home_run run;
-  run.load(1);
-  run.forget();
-}
-
-void start() {
-  Home_run run;
-}
-
 // Every lesson is there, with as many words as it has.
 void expect_lessons(const std::string &when) {
   Home_run run;
@@ -117,7 +107,7 @@ TEST(ForgottenLesson, DrilledRecordedEditedAndStartedAgainNothingElseIsLost) {
 TEST(ForgottenLesson, EditedAtOnceTheNextStartFindsEveryEntry) {
   Learner_home home;
   Histories before = home.histories();
-  forget_lesson_one();
+  FORGET_LESSON_ONE();
   home.settle();
   edit_one(home);
   expect_lessons("started again");
@@ -143,7 +133,7 @@ TEST(ForgottenLesson, KilledAtEveryStepOfForgettingNothingElseIsLost) {
     std::string when = "killed at step " + std::to_string(countdown);
     Learner_home home;
     Histories before = home.histories();
-    killed = KILLED_RUN(forget_lesson_one, countdown, 0);
+    killed = KILLED_RUN(FORGET_LESSON_ONE, countdown, 0);
     home.settle();
     if (countdown % 2 == 0)
       edit_one(home);
@@ -166,11 +156,11 @@ TEST(ForgottenLesson, KilledAtEveryStepOfTheMendNothingElseIsLost) {
       std::string when = "killed at step " + std::to_string(countdown);
       Learner_home home;
       Histories before = home.histories();
-      forget_lesson_one();
+      FORGET_LESSON_ONE();
       home.settle();
       if (edited)
         edit_one(home);
-      killed = KILLED_RUN(start, countdown, 0);
+      killed = KILLED_RUN(START_ONCE, countdown, 0);
       expect_lessons(when);
       expect_forgotten(home, before, true, when);
       home.expect_offsets(when);

@@ -78,6 +78,17 @@ struct Home_run {
   }
 };
 
+// A run that does nothing but start.
+inline void START_ONCE() {
+  Home_run run;
+}
+
+inline void FORGET_LESSON_ONE() {
+  Home_run run;
+  run.load(1);
+  run.forget();
+}
+
 struct Learner_home {
   Scratch_dir dir;
 

@@ -57,16 +57,6 @@ void record_lesson_one() {
   run.record();
 }
 
-void forget_lesson_one() {
-  Home_run run;
-  run.load(1);
-  run.forget();
-}
-
-void start() {
-  Home_run run;
-}
-
 // The files of a home in which the work was killed as soon as its note was there.
 Files files_at_note(void (*prepare)(), void (*work)()) {
   for (int countdown = 1; countdown < 200; countdown++) {
@@ -88,7 +78,7 @@ Histories undisturbed(void (*prepare)(), void (*work)()) {
   if (prepare != nullptr)
     prepare();
   work();
-  start();
+  START_ONCE();
   return home.histories();
 }
 
@@ -133,9 +123,9 @@ TEST(TornLine, OfARecordingIsTheNewOneAtTheNextStart) {
 }
 
 TEST(TornLine, OfALessonBeingForgottenIsForgottenAtTheNextStart) {
-  expect_every_tear_mended(nullptr, forget_lesson_one, 7);
+  expect_every_tear_mended(nullptr, FORGET_LESSON_ONE, 7);
 }
 
 TEST(TornLine, OfTheMendOfAForgottenLessonIsWholeAtTheNextStart) {
-  expect_every_tear_mended(forget_lesson_one, start, 7);
+  expect_every_tear_mended(FORGET_LESSON_ONE, START_ONCE, 7);
 }
