@@ -24,7 +24,7 @@ extern const Life FEW_DICTIONARIES;
 // Entries of each dictionary: four lines each, behind eight of its own.
 int ENTRIES_OF_DICTIONARY(const Life &life);
 
-// Makes the directory with mertu.conf and the dictionaries (UTF-8, accents, tags, "##" lines).
+// Writes mertu.conf and the dictionaries (UTF-8, accents, tags) into the current directory.
 void WRITE_LIFE(const Life &life);
 
 // Fills the histories of every index in ./IDX1: each entry was asked both ways, some years ago to
@@ -34,7 +34,7 @@ void WRITE_HISTORIES(const Life &life, bool last_is_new);
 // Makes dictionaries, working copies and indexes look as if the first were written first, some time
 // ago.
 void SETTLE_TIMES(const Life &life);
-// Makes every dictionary look changed just now.
+// The same, but the first nb dictionaries look changed just now.
 void TOUCH_DICTIONARIES(const Life &life, int nb);
 
 // Turns every index in ./IDX1 into the form before, with six-field histories.

@@ -21,9 +21,9 @@ struct Figure {
   std::string what;
   std::string input;
   Cost cost;
-  Cost floor;           // wall 0 where there is none
-  Bar_kind kind;        //
-  double bar;           // see kind
+  Cost floor;    // wall 0 where there is none
+  Bar_kind kind; // what `bar` is about
+  double bar;
   double megabytes = 0; // of the input (BAR_RATE), or of memory (BAR_MEMORY)
 };
 
