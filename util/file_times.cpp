@@ -43,7 +43,7 @@ Wall_time wall_time(time_t moment) {
 }
 
 void trace_time(const char *name, const Wall_time &t) {
-  TRACE("%s modified %d-%02d-%02d %02d:%02d:%02d", name, t[0] + 1900, t[1] + 1, t[2], t[3], t[4],
+  TRACE("%s modified %ld-%02d-%02d %02d:%02d:%02d", name, t[0] + 1900L, t[1] + 1, t[2], t[3], t[4],
         t[5]);
 }
 

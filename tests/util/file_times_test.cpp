@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <time.h>
+#include <unistd.h>
 
 #include "support/prelude.h"
 #include "support/scratch.h"
@@ -111,6 +112,18 @@ TEST(FileTimes, BothTimesAndTheResultAreTraced) {
                                                     "derived modified 2023-11-13 22:13:20\n"
                                                     "DIFF_TIME_FILE deltat=-1\n");
   unsetenv("MERTU_TRACE");
+}
+
+TEST(FileTimes, TheLastYearThatTheCalendarHoldsIsComparedToo) {
+  Zone zone("UTC0");
+  char name[] = "/dev/shm/mertu_test_XXXXXX"; // other file systems hold no such time
+  int fd = mkstemp(name);
+  if (fd < 0)
+    GTEST_SKIP();
+  close(fd);
+  modify_at(name, 67768036191676799); // 31 December 2147485547, 23:59:59
+  EXPECT_EQ(compare_files(name, name), 0);
+  unlink(name);
 }
 
 TEST(FileTimes, TheHourLivedTwiceIsComparedByTheWallClock) {
