@@ -114,9 +114,10 @@ bool read_entry_line(long offset, Trf_line_cursor *line) {
 //
 // QUIRK capital accents in a listing: only the capitals A to Z are made small before the accents
 // go, so that an accented capital becomes a plain capital and its word stands before every word in
-// small letters. One would expect the same order for both; it is meant: the order then is the same
-// on every machine, whatever its language. Test:
-// DictionaryListing.AccentedCapitalStandsBeforeSmallLetters
+// small letters; an accented A keeps its accent, and its word stands behind them. One would expect
+// the same order for all; it is meant: the order then is the same on every machine, whatever its
+// language. Tests: DictionaryListing.AccentedCapitalStandsBeforeSmallLetters
+// DictionaryListing.CapitalAWithAnAccentStandsBehindSmallLetters
 void append_key(const char *line, std::string *text) {
   size_t begin = text->size();
   size_t length = strcspn(line + 1, "*");
