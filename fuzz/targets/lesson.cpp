@@ -59,7 +59,7 @@ bool counts_fit(Trf_posit *table) {
   return true;
 }
 
-// A counts that the table holds is that of the file.
+// Each count that the table holds is that of the file.
 int verify(Learner *learner) {
   Owned_stream fp = OPEN_STREAM("idx1_gene", "r");
   return STATUS_OF([&] { VERIF_LESSON(fp.get(), &learner->book); });
