@@ -18,7 +18,6 @@
 #include "db/index_writer.h"
 #include "db/mend_forgotten.h"
 #include "db/old_index.h"
-#include "db/pending_changes.h"
 #include "util/file_copy.h"
 #include "util/file_times.h"
 #include "util/owned.h"
@@ -202,7 +201,6 @@ void IDX1_ALL_LESSONS(FILE *fp_log, Trf_string *G_lesson) {
 
 void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit) {
   Log_registered registered(fp_log);
-  FINISH_PENDING(fp_log);
   CPY_ALL_LESSONS(fp_log, G_dico);
   MAKE_ST_ALIAS(fp_log, G_dico);
   MEND_FORGOTTEN(fp_log);

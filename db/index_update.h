@@ -9,9 +9,9 @@
 #include "util/owned.h"
 #include "util/safe_write.h"
 
-// The start-up step: FINISH_PENDING, CPY_ALL_LESSONS, MAKE_ST_ALIAS, MEND_FORGOTTEN,
-// IDX1_ALL_LESSONS, then INIT_CUM_ERR and INIT_ORDERING_POSIT on the position table. fp_log: the
-// log, open. Ends the program as those do.
+// The start-up step: CPY_ALL_LESSONS, MAKE_ST_ALIAS, MEND_FORGOTTEN, IDX1_ALL_LESSONS, then
+// INIT_CUM_ERR and INIT_ORDERING_POSIT on the position table. fp_log: the log, open. Ends the
+// program as those do.
 void CALC_INDEX(FILE *fp_log, Trf_string *G_dico, Trf_posit *t_posit);
 
 // Refreshes the working copies (the directory CPY beside the index directory, made where missing):

@@ -5,6 +5,7 @@
 #include <stdlib.h>
 
 #include "db/idx1_format.h"
+#include "db/idx1_walk.h"
 #include "util/day_number.h"
 #include "util/report.h"
 
@@ -22,6 +23,8 @@ char *next_old_line(Trf_old_histories *old) {
 
 // Reads and checks a history line. `which` tells the two apart in the message.
 void read_values(const char *which, Trf_old_histories *old, long *values) {
+  if (TAKE_READY_HISTORY(old->date0, &old->record, values))
+    return;
   if (CHECK_EXTRACT_4LINT(old->date0, next_old_line(old), values) != 0)
     LOG_LINE(old->fp_log, "IDX1_DICO and CHECK_4LINTsome error%s in file : %s \n", which,
              old->s_idx1);
@@ -33,16 +36,6 @@ bool holds_question(std::string_view line, std::string_view question) {
     if (at > 0 && line[at - 1] == '#' && line.substr(at + question.size(), 1) == "*")
       return true;
   return false;
-}
-
-// The history of old record j as it was met when the index was read; null where it is to be read,
-// also since somebody has changed the record's offset or question.
-const Trf_values *met_history(int j, std::string_view question, const Trf_classmt &old) {
-  if ((size_t)j >= old.met.size())
-    return nullptr;
-  const Trf_met_history &met = old.met[(size_t)j];
-  bool stands = met.start == old.value[j] && met.question == HASH_OF_QUESTION(question);
-  return met.known && stands ? &met.values : nullptr;
 }
 
 } // namespace
@@ -58,10 +51,6 @@ Trf_old_result READ_OLD_HISTORY(std::string_view question, Trf_old_histories *ol
   int j = FIND_OLD_RECORD(old->names, question);
   if (j < 1 || j > old->old->nb)
     return OLD_NONE;
-  if (const Trf_values *met = met_history(j, question, *old->old)) {
-    *values = *met;
-    return OLD_HISTORY;
-  }
   old->record.next = old->old->value[j];
   if (!holds_question(next_old_line(old), question))
     return OLD_OTHER_NAME;

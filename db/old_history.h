@@ -10,6 +10,12 @@
 #include "db/old_index.h"
 #include "util/line_reader.h"
 
+// The values of an entry's two history lines, each from element 1 (element 0 is not used).
+struct Trf_values {
+  long qr[NB_FIELDS + 1];
+  long rq[NB_FIELDS + 1];
+};
+
 // An old index being read from. Borrows what it is made of.
 struct Trf_old_histories {
   Trf_classmt *old;       // as CLASS_OLD_WORDS left it, its fp_class open

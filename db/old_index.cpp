@@ -5,7 +5,6 @@
 #include <string.h>
 
 #include <algorithm>
-#include <functional>
 #include <string>
 
 #include "db/idx1_walk.h"
@@ -41,17 +40,6 @@ void add_record(long start, Trf_classmt *old) {
   old->value[old->nb] = start;
 }
 
-// Passes over the history lines behind a name line that stand ready, and keeps their values.
-void meet_history(Trf_idx1_walk *walk, Trf_classmt *old) {
-  old->met.resize((size_t)old->nb + 1);
-  Trf_met_history *met = &old->met.back();
-  std::string_view name_line(walk->line.text);
-  met->start = old->value[old->nb];
-  met->question = HASH_OF_QUESTION(name_line.substr(1, name_line.find('*') - 1));
-  met->known = TAKE_READY_HISTORY(walk->date0, &walk->line, met->values.qr) &&
-               TAKE_READY_HISTORY(walk->date0, &walk->line, met->values.rq);
-}
-
 // Appends a blank, the question and '*'.
 void add_words(const char *name_line, FILE *fp_log, std::string *words) {
   const char *star = strchr(name_line, '*');
@@ -68,10 +56,6 @@ void store_words(const std::string &words, Trf_classmt *old) {
 }
 
 } // namespace
-
-size_t HASH_OF_QUESTION(std::string_view question) {
-  return std::hash<std::string_view>()(question);
-}
 
 void INIT_CLASSMT(FILE *fp_class, FILE *fp_log, const char *s_idx1, Trf_classmt *trf_classmt) {
   *trf_classmt = Trf_classmt();
@@ -108,7 +92,6 @@ void CLASS_OLD_WORDS(Trf_classmt *trf_classmt) {
       continue;
     add_record(walk.line.start, trf_classmt);
     add_words(walk.line.text, trf_classmt->fp_log, &words);
-    meet_history(&walk, trf_classmt);
   }
   // QUIRK first 10000 lines of an old index: what lies behind is not carried over; a reader would
   // take the limit for a mistake. It is meant: no idx1 file is read further anywhere, and the

@@ -10,26 +10,6 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
-
-#include "db/history_line.h"
-
-// The values of an entry's two history lines, each from element 1 (element 0 is not used).
-struct Trf_values {
-  long qr[NB_FIELDS + 1];
-  long rq[NB_FIELDS + 1];
-};
-
-// The history of an old record, where both its lines stood ready as they are written.
-struct Trf_met_history {
-  bool known = false;  // otherwise it is to be read from the file
-  long start = 0;      // offset of the record's name line, and
-  size_t question = 0; // HASH_OF_QUESTION: what else stands in the record is to be read, too
-  Trf_values values = {};
-};
-
-// What a question is known by beside its record.
-size_t HASH_OF_QUESTION(std::string_view question);
 
 // The work record of an old idx1 file. Arrays are 1-based g_malloc blocks of nb_tot + 5 elements.
 struct Trf_classmt {
@@ -44,8 +24,7 @@ struct Trf_classmt {
   int lss_words = 0;            // capacity of ss_words, which has 5 spare bytes more
   char *ss_words = nullptr;     // "*", then for each old record a blank, its question and '*'
   const char *s_idx1 = nullptr; // the index whose copy fp_class is, for messages; borrowed, or null
-  const char *s_class = nullptr;    // path of fp_class; borrowed, null for "./idx1_old"
-  std::vector<Trf_met_history> met; // element i: the history of old record i
+  const char *s_class = nullptr; // path of fp_class; borrowed, null for "./idx1_old"
 };
 
 // Sets the record up for CLASS_OLD_WORDS: nb 0, nb_tot 20, lss_words 30, ss_words "*". fp_class is
@@ -64,13 +43,13 @@ struct Release_classmt {
 // What a record holds, freed at the end of a scope.
 using Freed_classmt = std::unique_ptr<Trf_classmt, Release_classmt>;
 
-// Reads the old index from its start and fills nb, nb_tot, order, value, met, ss_words and
-// lss_words. At most 10000 lines are read in all; a longer file says "index %s is longer than 10000
-// lines \n" on standard output and what lies behind is not known. Ends the program with status 1
-// where no header separator is found ("Error no detection of ####### stop \n") or a name line has
-// no '*' ("Error no detection of #     *  stop \n"), each followed by "n file : ./idx1_old \n", in
-// the log and on standard output; and where the file cannot be read to its end ("cannot read file
-// %s: %s \n", its own path).
+// Reads the old index from its start and fills nb, nb_tot, order, value, ss_words and lss_words. At
+// most 10000 lines are read in all; a longer file says "index %s is longer than 10000 lines \n" on
+// standard output and what lies behind is not known.
+// Ends the program with status 1 where no header separator is found ("Error no detection of #######
+// stop \n") or a name line has no '*' ("Error no detection of #     *  stop \n"), each followed by
+// "n file : ./idx1_old \n", in the log and on standard output; and where the file cannot be read to
+// its end ("cannot read file %s: %s \n", its own path).
 void CLASS_OLD_WORDS(Trf_classmt *trf_classmt);
 
 // The questions of ss_words, by text: the number (from 1) of the first record with that question.

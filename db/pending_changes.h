@@ -66,11 +66,12 @@ Trf_unwritten WRITE_PENDING(Trf_pending *pending, FILE *fp_log);
 
 // Carries out what a note says that was left behind, then removes it. Nothing to do costs one look
 // for that file. The files are synced and keep their modification times: an index that looks newer
-// than it is would not be rebuilt. A file that is not there has nothing to finish. To be called at
-// the start, before files are copied and indexed, and by MEND_FORGOTTEN (db/mend_forgotten).
+// than it is would not be rebuilt. A file that is not there has nothing to finish. To be called
+// before an idx1 file is read; MEND_FORGOTTEN (db/mend_forgotten) does. fp_log: the log, may be
+// null.
 // Ends the program with status 1 where the note cannot be read ("cannot read file %s: %s \n" in the
 // log and on standard output), a file cannot be finished or the note not be removed ("cannot write
-// file %s: %s \n"): what is read then might be half a line. fp_log: the log, may be null.
+// file %s: %s \n"): what is read then might be half a line.
 void FINISH_PENDING(FILE *fp_log);
 
 #endif

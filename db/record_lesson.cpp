@@ -215,7 +215,7 @@ bool find_erasure(long start, Trf_lesson_walk *walk, Trf_erasure *found) {
 // Forgets a word whose lines are too short for two blank ones in a row: each becomes blank at its
 // own length, so that nothing of the next record is lost.
 void blank_line(const Trf_erasure &erased, Trf_lesson_walk *walk) {
-  if (erased.room == 0 || erased.line.is_record)
+  if (erased.line.is_record)
     return;
   std::string text = BLANK_HISTORY_LINE();
   text.resize((size_t)erased.room, ' ');

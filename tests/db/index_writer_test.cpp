@@ -282,7 +282,6 @@ TEST(Idx1Dico, AnotherNameAtTheOldPlaceStandsAsTheFirstHistoryLine) {
                                  NEVER_LINE + idx1_trailer(7));
 }
 
-// What was met when the old index was read does not hide what the record says now.
 TEST(Idx1Dico, AQuestionGivenToAnotherRecordMeetsThatRecordsNameLine) {
   Scratch_dir dir;
   std::string history = history_line(3, 1, 100, 90) + history_line(2, 0, 80, 0);

@@ -211,6 +211,15 @@ TEST(RazLesson, WhereTheSecondLineIsEmptyOrMissingTheFirstIsForgotten) {
   }
 }
 
+TEST(RazLesson, ALineOfOneByteBecomesABlank) {
+  Record_desk desk;
+  SCRIPT().answer = ANSWER_YES;
+  desk.take(desk.entry("one", "mot", history_line(3, 2, 2900, 2800) + "3\r\n"));
+  desk.write();
+  desk.raz();
+  EXPECT_EQ(desk.idx1("one"), desk.with(0, BLANK + "\r\n \r\n"));
+}
+
 TEST(RazLesson, TheNextRecordsNameIsNeverWrittenOver) {
   Record_desk desk;
   SCRIPT().answer = ANSWER_YES;
