@@ -72,7 +72,7 @@ void WORK_DIR(char *argv) {
 void LOCK_WORK_DIR() {
   if (lock.fd >= 0)
     close(lock.fd);
-  lock.fd = open(CONFIGURATION, O_RDONLY | O_CLOEXEC);
+  lock.fd = open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (lock.fd < 0 || flock(lock.fd, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
     return;
   Owned_text directory(g_get_current_dir());

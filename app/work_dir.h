@@ -10,10 +10,10 @@
 // "I don't understand stop".
 void WORK_DIR(char *argv);
 
-// Claims the current directory for this program by an advisory lock on its mertu.conf, held until
-// the program ends (a second call gives the first lock back before it tries anew). Held by another
-// program: "Mertu is already running in " and status 1. A file system that knows no locks is no
-// reason to stop.
+// Claims the current directory for this program by an advisory lock on it, held until the program
+// ends (a second call gives the first lock back before it tries anew). Its files would not do: an
+// editor puts another in their place. Held by another program: "Mertu is already running in " and
+// status 1. A file system that knows no locks is no reason to stop.
 void LOCK_WORK_DIR();
 
 #endif

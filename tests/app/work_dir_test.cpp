@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "support/scratch.h"
@@ -165,51 +166,61 @@ TEST(WorkDir, TheShortestNameIsTheEndingAlone) {
 
 TEST(WorkDirLock, HoldsOtherProgramsOffUntilTheEnd) {
   Scratch_dir dir;
-  dir.write("mertu.conf", "");
   LOCK_WORK_DIR();
-  EXPECT_FALSE(Other_program("mertu.conf").locks());
+  EXPECT_FALSE(Other_program(".").locks());
+}
+
+TEST(WorkDirLock, HoldsWhenAnEditorPutsAnotherConfigurationInPlace) {
+  Scratch_dir dir;
+  dir.write("mertu.conf", "");
+  Other_program other(".");
+  ASSERT_TRUE(other.locks());
+  dir.write("mertu.conf~", "");
+  fs::rename("mertu.conf~", "mertu.conf");
+  ENDS_WITH_STATUS(LOCK_WORK_DIR(), 1, "^Mertu is already running in " + dir.path() + " \n$");
 }
 
 TEST(WorkDirLock, ASecondProgramInTheDirectoryEnds) {
   Scratch_dir dir;
-  dir.write("mertu.conf", "");
-  Other_program other("mertu.conf");
+  Other_program other(".");
   ASSERT_TRUE(other.locks());
   ENDS_WITH_STATUS(LOCK_WORK_DIR(), 1, "^Mertu is already running in " + dir.path() + " \n$");
 }
 
 TEST(WorkDirLock, TwoDirectoriesDoNotDisturbEachOther) {
   Scratch_dir dir;
-  dir.write("one/mertu.conf", "");
-  dir.write("mertu.conf", "");
-  Other_program other("one/mertu.conf");
+  fs::create_directory("one");
+  Other_program other("one");
   ASSERT_TRUE(other.locks());
   LOCK_WORK_DIR();
-  EXPECT_FALSE(Other_program("mertu.conf").locks());
+  EXPECT_FALSE(Other_program(".").locks());
 }
 
 TEST(WorkDirLock, MovingToAnotherDirectoryGivesTheFirstBack) {
   Scratch_dir dir;
-  dir.write("mertu.conf", "");
-  dir.write("one/mertu.conf", "");
+  fs::create_directory("one");
   LOCK_WORK_DIR();
   fs::current_path("one");
   LOCK_WORK_DIR();
-  EXPECT_TRUE(Other_program("../mertu.conf").locks());
-  EXPECT_FALSE(Other_program("mertu.conf").locks());
+  EXPECT_TRUE(Other_program("..").locks());
+  EXPECT_FALSE(Other_program(".").locks());
 }
 
-TEST(WorkDirLock, AFileThatCannotBeOpenedIsNoReasonToStop) {
+TEST(WorkDirLock, ADirectoryThatCannotBeOpenedIsNoReasonToStop) {
   Scratch_dir dir;
+  struct rlimit files;
+  getrlimit(RLIMIT_NOFILE, &files);
+  struct rlimit none = {0, files.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
   LOCK_WORK_DIR();
-  SUCCEED();
+  setrlimit(RLIMIT_NOFILE, &files);
+  EXPECT_TRUE(Other_program(".").locks());
 }
 
 TEST(WorkDirLock, IsNotHandedToProgramsStartedFromThisOne) {
   Scratch_dir dir;
-  dir.write("mertu.conf", "");
   LOCK_WORK_DIR();
-  std::vector<int> held = descriptors_of(dir.path() + "/mertu.conf");
+  std::vector<int> held = descriptors_of(dir.path());
   ASSERT_EQ(held.size(), 1u);
   EXPECT_TRUE(fcntl(held[0], F_GETFD) & FD_CLOEXEC);
 }
