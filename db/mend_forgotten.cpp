@@ -230,6 +230,8 @@ Owned_stream read_afresh(Owned_stream fp) {
   int fd = dup(fileno(fp.get()));
   if (fd >= 0)
     fresh.reset(fdopen(fd, "r"));
+  if (fd >= 0 && fresh == nullptr)
+    close(fd);
   return fresh;
 }
 
