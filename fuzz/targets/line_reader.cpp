@@ -91,7 +91,7 @@ Line line_at(const std::string &bytes, long start) {
 // Reads the line at `start` with a buffer of this capacity and compares.
 long compare(const std::string &bytes, long start, long capacity, FILE *fp) {
   Line due = line_at(bytes, start);
-  char *text = capacity < 0 ? nullptr : static_cast<char *>(malloc((size_t)capacity + 5));
+  char *text = capacity < 0 ? nullptr : static_cast<char *>(malloc((size_t)capacity));
   long nbytes = capacity < 0 ? 0 : capacity;
   long next = start;
   long length = aln_getline(&next, &text, &nbytes, fp);
