@@ -58,6 +58,15 @@ void write_trailer(const Trf_index_job &job) {
   fprintf(job.fpi, "# %s * %ld  \r\n", END_MARK, job.line.next);
 }
 
+// A byte 255 at the start of a line hides all entries from there on, and their histories with them.
+void tell_of_false_end(const Trf_index_job &job) {
+  const Trf_line_cursor &line = job.line;
+  bool at_end = line.length == -2 && fseek(line.fp, line.next, SEEK_SET) == 0;
+  if (at_end && getc(line.fp) != EOF)
+    SAY("index %s ends before line %ld of its dictionary: it begins with a y with diaeresis \n",
+        job.s_idx1, line.nb_read + 1);
+}
+
 // QUIRK name read otherwise: a dictionary line in UTF-8 that cannot be turned into CP1252 is taken
 // as it stands. Where the letter at fault is not in the name line (it stands behind the cut, or the
 // name on a later line ends before it), the name line can be turned, and is when it is read back:
@@ -194,6 +203,7 @@ void WRITE_INDEX(FILE *fp_log, FILE *fp, char *sfp1, char *st_alias, FILE *fpi,
   while (!job.ended && next_dico_line(&job.line, &job.ended))
     index_line(&job);
   write_trailer(job);
+  tell_of_false_end(job);
   *nb = job.nb_marks;
 }
 

@@ -18,6 +18,8 @@
 // open. trf_classmt: the old index as CLASS_OLD_WORDS left it, or null for none; its fp_class is
 // closed at the end. *nb becomes the number of '#' lines seen (entries, entries without a name and
 // "##" lines).
+// Where a line begins with the byte 255, which reads as the end of the file, it says "index %s ends
+// before line %ld of its dictionary: it begins with a y with diaeresis \n" on standard output.
 // Ends the program with status 1 where sfp1 does not contain "idx1" ("IDX1_DICO erreur 1 stop c=%c
 // \n", the path's first character), and with status 3 where an old record is cut short ("IDX1_DICO
 // error in reading fp_class \n" in the log and on standard output, there followed by what to do).

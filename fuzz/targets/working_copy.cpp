@@ -47,7 +47,8 @@ std::vector<std::string> lines_of(const char *name) {
 }
 
 // A source of one block whose lines end in LF alone is read alike through its copy, but for lines
-// that are taken for UTF-8 a second time.
+// that are taken for UTF-8 a second time. A y with diaeresis ends its line in the copy, where it is
+// the byte 255.
 void compare_lines() {
   std::vector<std::string> source = lines_of(SOURCE);
   std::vector<std::string> copy = lines_of(COPY);
@@ -69,7 +70,8 @@ FUZZ_TARGET(working_copy) {
     HOLDS(copy == plain_copy(input));
   if (changes == 0)
     HOLDS(copy.size() <= input.size());
-  if (input.size() <= (size_t)WIN_BLOCK && input.find_first_of("\r\377") == std::string::npos)
+  if (input.size() <= (size_t)WIN_BLOCK && input.find_first_of("\r\377") == std::string::npos &&
+      copy.find('\377') == std::string::npos)
     compare_lines();
   HOLDS(GET_FILE(SOURCE) == input);
   // The same source gives the same copy.

@@ -156,6 +156,16 @@ TEST(Idx1Dico, ADictionaryIsIndexedUpToLine10000) {
                               idx1_trailer(20005));
 }
 
+TEST(Idx1Dico, ALineThatReadsAsTheEndOfTheDictionaryIsTold) {
+  Written written = write_index("#a * 1\r\n\377\r\n#b * 2\r\n");
+  EXPECT_EQ(body_of(written), "#a *fr1 0 * 1 \r\n" + BLANK_HISTORY);
+  EXPECT_EQ(written.said, "index ./idx1_a ends before line 2 of its dictionary: it begins with a y "
+                          "with diaeresis \n");
+  // Where nothing is hidden, nothing is told.
+  for (const char *copy : {"#a * 1\r\n", "#a * 1\377\r\n", "#a * 1\r\n# END_OF_FILE\r\n\377\r\n"})
+    EXPECT_EQ(write_index(copy).said, "");
+}
+
 TEST(Idx1Dico, LinesOfSectionsAndOfTheNameSearchCountTowardsTheLimit) {
   std::string lines;
   for (int i = 0; i < 4998; i++)
