@@ -48,16 +48,18 @@ bool is_entry_line(const std::string &copy, long offset) {
 
 // The offset behind the alias of a name line that is that of an entry behind `last` in the working
 // copy; -1 where there is none. A name taken from a later line may hold a '*' of its own, so each
-// is looked at.
+// is looked at, and the smallest such offset taken.
 long offset_of(const std::string &name, const std::string &alias, long last,
                const std::string &copy) {
   std::string mark = "*" + alias + " ";
+  long smallest = -1;
   for (size_t at = name.find(mark); at != name.npos; at = name.find(mark, at + 1)) {
     long offset = strtol(name.c_str() + at + mark.size(), nullptr, 10);
-    if (offset > last && offset < (long)copy.size() && is_entry_line(copy, offset))
-      return offset;
+    bool is_smaller = smallest < 0 || offset < smallest;
+    if (is_smaller && offset > last && offset < (long)copy.size() && is_entry_line(copy, offset))
+      smallest = offset;
   }
-  return -1;
+  return smallest;
 }
 
 void check_offsets(const std::string &index, const std::string &copy) {
