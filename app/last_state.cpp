@@ -31,7 +31,7 @@ void read_numbers(int *first, int *second, FILE *fp) {
   EXTR_N_INT(second != nullptr ? 2 : 1, line, taken);
   if (taken[0] > 0)
     *first = taken[1];
-  if (taken[0] > 1)
+  if (second != nullptr && taken[0] > 1)
     *second = taken[2];
 }
 
