@@ -145,6 +145,17 @@ void set_age(const std::string &path, int seconds) {
   fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(seconds));
 }
 
+// An empty line below the first one comes, or goes again: every entry stands elsewhere.
+void edit(const std::string &path) {
+  std::string bytes = BYTES_OF(path);
+  size_t second = bytes.find('\n') + 1;
+  if (bytes[second] == '\n')
+    bytes.erase(second, 1);
+  else
+    bytes.insert(second, 1, '\n');
+  WRITE_BYTES(path, bytes);
+}
+
 std::vector<std::string> names(const std::string &before, const Life &life) {
   std::vector<std::string> list;
   for (int number = 1; number <= life.nb_dictionaries; number++)
@@ -186,11 +197,11 @@ void SETTLE_TIMES(const Life &life) {
     set_age(path, 100);
 }
 
-void TOUCH_DICTIONARIES(const Life &life, int nb) {
+void EDIT_DICTIONARIES(const Life &life, int nb) {
   SETTLE_TIMES(life);
   for (const std::string &path : DICTIONARIES_OF(life))
     if (nb-- > 0)
-      set_age(path, 0);
+      edit(path);
 }
 
 void WRITE_OLD_FORM(const Life &life) {

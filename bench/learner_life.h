@@ -34,8 +34,9 @@ void WRITE_HISTORIES(const Life &life, bool last_is_new);
 // Makes dictionaries, working copies and indexes look as if the first were written first, some time
 // ago.
 void SETTLE_TIMES(const Life &life);
-// The same, but the first nb dictionaries look changed just now.
-void TOUCH_DICTIONARIES(const Life &life, int nb);
+// The same; then the first nb dictionaries are edited: a line comes, or goes again, and every entry
+// behind it stands elsewhere.
+void EDIT_DICTIONARIES(const Life &life, int nb);
 
 // Turns every index in ./IDX1 into the form before, with six-field histories.
 void WRITE_OLD_FORM(const Life &life);

@@ -44,14 +44,14 @@ void measure_starts(const Life &life, FILE *out) {
   Index_floor again(life, true);
   MEASURE(
       life.text,
-      {{"start, all edited", BAR_RATIO, 3,
-        [&]() { TOUCH_DICTIONARIES(life, life.nb_dictionaries); }, start, [&]() { again.run(); }}},
+      {{"start, all edited", BAR_RATIO, 3, [&]() { EDIT_DICTIONARIES(life, life.nb_dictionaries); },
+        start, [&]() { again.run(); }}},
       TIMES, out);
   SETTLE_TIMES(life);
   MEASURE(life.text,
           {{"start, nothing to do", NO_BAR, 0, [&]() { SETTLE_TIMES(life); }, start, nullptr},
-           {"start, one dictionary edited", NO_BAR, 0, [&]() { TOUCH_DICTIONARIES(life, 1); },
-            start, nullptr}},
+           {"start, one dictionary edited", NO_BAR, 0, [&]() { EDIT_DICTIONARIES(life, 1); }, start,
+            nullptr}},
           TIMES, out);
 }
 
@@ -147,10 +147,14 @@ void measure_maintenance(const Life &life, FILE *out) {
   Index_floor floor(life, true);
   char other[] = "./other";
   auto bare = [&]() { floor.run(); };
+  auto edit = [&]() { EDIT_DICTIONARIES(life, life.nb_dictionaries); };
   MEASURE(life.text,
           {{"check of everything", BAR_BEYOND_SYNCS, 0.100, nullptr,
+            [=]() { CHECK_CORR_ALL_DBASE(book); }, nullptr},
+           {"check of everything, all edited", BAR_BEYOND_SYNCS, 0.100, edit,
             [=]() { CHECK_CORR_ALL_DBASE(book); }, bare},
-           {"synchronise", BAR_RATIO, 4, nullptr, [&]() { SYNCHRO_ALL_DBASE(other, book); }, bare}},
+           {"synchronise, all edited", BAR_RATIO, 4, edit,
+            [&]() { SYNCHRO_ALL_DBASE(other, book); }, bare}},
           TIMES, out);
   WRITE_OLD_FORM(life);
   MEASURE(life.text, {{"transfer", NO_BAR, 0, nullptr, [=]() { TRF_ALL_DBASE(book); }, nullptr}},

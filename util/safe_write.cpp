@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "util/owned.h"
 #include "util/report.h"
 
 namespace {
@@ -98,6 +99,33 @@ int reason_of_fault(FILE *fp) {
   return EIO;
 }
 
+// Whether the two files hold the same bytes.
+bool are_equal(FILE *one, FILE *other) {
+  char blocks[2][16384];
+  rewind(one);
+  rewind(other);
+  for (;;) {
+    size_t nb = fread(blocks[0], 1, sizeof(blocks[0]), one);
+    if (fread(blocks[1], 1, sizeof(blocks[1]), other) != nb ||
+        memcmp(blocks[0], blocks[1], nb) != 0)
+      return false;
+    if (nb < sizeof(blocks[0]))
+      return !ferror(one) && !ferror(other);
+  }
+}
+
+// Where the old file holds the bytes of the new one it becomes as young, and nothing need be
+// written. Returns whether that was done.
+bool renew_equal(const Trf_new_file &file) {
+  Owned_stream old = OPEN_STREAM(file.destination.c_str(), "r");
+  struct stat about[2];
+  if (old == nullptr || ferror(file.fp) || fflush(file.fp) != 0 ||
+      fstat(fileno(file.fp), &about[0]) != 0 || fstat(fileno(old.get()), &about[1]) != 0)
+    return false;
+  return about[0].st_size == about[1].st_size && are_equal(file.fp, old.get()) &&
+         futimens(fileno(old.get()), nullptr) == 0;
+}
+
 int flush_sync_close(FILE *fp) {
   int reason = 0;
   if (ferror(fp))
@@ -129,6 +157,10 @@ int COMMIT_NEW_FILE(Trf_new_file *file) {
   FILE *fp = file->fp;
   if (fp == nullptr)
     return EBADF;
+  if (renew_equal(*file)) {
+    DROP_NEW_FILE(file);
+    return 0;
+  }
   file->fp = nullptr;
   int reason = flush_sync_close(fp);
   if (reason == 0 && rename(file->beside.c_str(), file->destination.c_str()) != 0)

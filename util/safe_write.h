@@ -1,7 +1,8 @@
 // A file is replaced as a whole: written beside the old one, flushed, synced, renamed over it.
 //
 // At every instant the old or the new whole file stands under its name. A symbolic link is
-// followed (the file it names is replaced), and the mode of an old file is kept.
+// followed (the file it names is replaced), and the mode of an old file is kept. An old file that
+// holds the same bytes stays and becomes as young: a check of what has not changed writes nothing.
 #ifndef MERTU_UTIL_SAFE_WRITE_H
 #define MERTU_UTIL_SAFE_WRITE_H
 
@@ -33,9 +34,10 @@ bool OPEN_NEW_FILE(const char *destination, Trf_new_file *file);
 // The same with the name of the file beside it given by the caller.
 bool OPEN_NEW_FILE_AS(const char *destination, const char *beside, Trf_new_file *file);
 
-// Flushes, syncs and closes the new file and renames it over the old one. Returns 0, or the errno
-// of the step that failed (a write before counts); the old file then still stands and the new one
-// is removed. EBADF when none is open.
+// Flushes, syncs and closes the new file and renames it over the old one; or, where that holds the
+// same bytes, gives it the time of the moment and removes the new one. Returns 0, or the errno of
+// the step that failed (a write before counts); the old file then still stands and the new one is
+// removed. EBADF when none is open.
 int COMMIT_NEW_FILE(Trf_new_file *file);
 
 // Removes the new file without touching the old one.

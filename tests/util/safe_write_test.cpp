@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <errno.h>
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -37,6 +38,20 @@ void expect_only_the_old_file(const Scratch_dir &dir) {
   EXPECT_FALSE(dir.exists(".new_a.txt"));
 }
 
+// Replaces a.txt. What COMMIT_NEW_FILE returns.
+int replace_by(const std::string &bytes) {
+  Trf_new_file file;
+  EXPECT_TRUE(OPEN_NEW_FILE("a.txt", &file));
+  fwrite(bytes.data(), 1, bytes.size(), file.fp);
+  return COMMIT_NEW_FILE(&file);
+}
+
+struct stat about(const char *path) {
+  struct stat known = {};
+  EXPECT_EQ(stat(path, &known), 0);
+  return known;
+}
+
 // No file may grow beyond so many bytes: a write beyond fails.
 void limit_file_size(rlim_t bytes) {
   signal(SIGXFSZ, SIG_IGN);
@@ -55,6 +70,35 @@ extern "C" int rename(const char *from, const char *to) noexcept {
   static auto *real =
       reinterpret_cast<int (*)(const char *, const char *)>(dlsym(RTLD_NEXT, "rename"));
   return faults.rename_fault != 0 ? fails_with(&faults.rename_fault) : real(from, to);
+}
+
+TEST(SafeWrite, AFileOfTheSameBytesStaysAndBecomesAsYoung) {
+  Scratch_dir dir;
+  for (const std::string &bytes : {std::string(), std::string("same"), std::string(40000, 'x')}) {
+    dir.write("a.txt", bytes);
+    struct timespec old[2] = {{1000, 0}, {1000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, "a.txt", old, 0), 0);
+    ino_t inode = about("a.txt").st_ino;
+    time_t before = time(nullptr);
+    EXPECT_EQ(replace_by(bytes), 0);
+    EXPECT_EQ(about("a.txt").st_ino, inode);
+    EXPECT_GE(about("a.txt").st_mtime, before);
+    EXPECT_EQ(dir.read("a.txt"), bytes);
+    EXPECT_FALSE(dir.exists(".new_a.txt"));
+  }
+}
+
+TEST(SafeWrite, AFileThatDiffersAnywhereIsReplaced) {
+  Scratch_dir dir;
+  for (size_t at : {(size_t)0, (size_t)16383, (size_t)16384, (size_t)39999, (size_t)40000}) {
+    std::string bytes(40000, 'x');
+    dir.write("a.txt", bytes);
+    ino_t inode = about("a.txt").st_ino;
+    bytes.replace(at, 1, "y"); // at the end one more
+    EXPECT_EQ(replace_by(bytes), 0);
+    EXPECT_NE(about("a.txt").st_ino, inode) << at;
+    EXPECT_EQ(dir.read("a.txt"), bytes) << at;
+  }
 }
 
 TEST(SafeWrite, TheOldFileStandsUntilTheCommit) {
