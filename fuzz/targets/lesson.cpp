@@ -130,9 +130,12 @@ bool is_history(const std::vector<std::string> &lines, size_t i) {
   return i < lines.size() && lines[i].size() == 52 && lines[i][0] != '#';
 }
 
-// Behind the header stand records of a name and two histories, and lines that borrow one.
+// Behind the header, whose marks no name can be mistaken for, stand records of a name and two
+// histories, and lines that borrow one.
 bool is_sound(const std::string &index) {
   std::vector<std::string> lines = LINES_OF(index);
+  if (lines.size() > 1 && lines[1].find_first_not_of('#') != std::string::npos)
+    return false;
   for (size_t i = 2; i < lines.size() && lines[i].find("END_OF_FILE") == std::string::npos;) {
     bool is_record = is_history(lines, i + 1) && is_history(lines, i + 2);
     if (lines[i][0] != '#' || (lines[i][1] != '#' && !is_record))
