@@ -126,10 +126,28 @@ std::string mended_rest(const std::string &bytes) {
   return line_end + blank;
 }
 
+// Whether two blank history lines stand in a row anywhere: without them there is nothing to mend.
+// Where the file cannot be read, a walk over it will tell.
+bool may_hold_erased(FILE *fp) {
+  const std::string sought = std::string(BLANK_HISTORY_LINE()) + BLANK_HISTORY_LINE();
+  char block[16384];
+  std::string bytes;
+  rewind(fp);
+  while (size_t nb = fread(block, 1, sizeof(block), fp)) {
+    bytes.append(block, nb);
+    if (memmem(bytes.data(), bytes.size(), sought.data(), sought.size()) != nullptr)
+      return true;
+    bytes.erase(0, bytes.size() - std::min(bytes.size(), sought.size() - 1));
+  }
+  return ferror(fp) != 0;
+}
+
 // Hands every place of an open file that may be one to be mended, with what comes there ("" where
 // it is none), to `mend`, which returns 0, or the errno that tells why it cannot be done. So does
 // this routine.
 int visit_erased(FILE *fp, const std::function<int(long start, const std::string &text)> &mend) {
+  if (!may_hold_erased(fp))
+    return 0;
   Trf_line_cursor line(fp);
   line.limit = LONG_MAX;
   int reason = 0;
